@@ -1,0 +1,246 @@
+// The record through which all procedures and windows communicate.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "app/fixed_table.h"
+#include "app/settings.h"
+#include "app/workflow.h"
+#include "numeric/median.h"
+#include "numeric/polynomial_fit.h"
+#include "plot/plot_frame.h"
+#include "plot/scroll_bar.h"
+
+namespace halmek {
+
+inline constexpr int lastPixel = FrameTable::lastColumn;  // of a spectrum: 3000
+inline constexpr int lastCard = 200;                      // of a header
+inline constexpr int lastLine = 50;                       // of an arc's identified lines, and of a mask
+inline constexpr int lastTableEntry = 1000;               // of the wavelength table
+
+// The slots by what they hold. Each keeps its number for the life of the program.
+namespace slots {
+inline constexpr int frame = 0;     // the 2-D frame being reduced
+inline constexpr int arc1 = 1;      // arc spectra
+inline constexpr int arc2 = 2;      //
+inline constexpr int spectrum = 3;  // the 1-D spectrum extracted from the frame
+inline constexpr int object = 4;    // the 1-D spectrum to be calibrated
+}  // namespace slots
+
+// The header of a file: its cards, and what they say.
+struct FitsHeader {
+  std::string objectName;  // of the OBJECT card, without its quotes
+
+  // Values of the cards of the same names; 0 where a card is absent.
+  double naxis = 0, naxis1 = 0, naxis2 = 0, naxis3 = 0;
+  double bitpix = 0, bzero = 0, bscale = 0;
+  int pixelType = 0;  // BITPIX, or 17 for 16-bit data with BZERO = 32768
+
+  // Numbers of the cards that hold these keywords; 0 = no such card.
+  int naxisCard = 0, naxis1Card = 0, naxis2Card = 0, naxis3Card = 0;
+  int bitpixCard = 0, bzeroCard = 0;
+  int overscanCard = 0, trimCard = 0;
+  int crval1Card = 0, cd1_1Card = 0;
+
+  int cardCount = 0;         // cards before END
+  int32_t headerLength = 0;  // cardCount x 80 + 3
+  int32_t dataStart = 0;     // byte offset of the data, a multiple of 2880
+
+  // The header's cards 1..cardCount: the 80 characters as read, and their parts, trimmed. Cards that
+  // operations append or rewrite change in `card` only.
+  FixedTable<std::string> card{lastCard}, cardKeyword{lastCard}, cardValue{lastCard}, cardComment{lastCard};
+};
+
+// One loaded file: its header and, except for the frame, its pixels.
+struct Slot : FitsHeader {
+  std::string fileName;   // without folder; empty = nothing loaded
+  int savePixelType = 0;  // BITPIX chosen for the next save, or 17
+
+  FixedTable<double> spectrum{lastPixel};      // pixels 1..naxis1
+  FixedTable<double> spectrumWork{lastPixel};  // the pixels before the last operation that rescaled them
+  double spectrumMin = 0, spectrumMax = 0;     // of the last load
+  double spectrumPeak = 0;                     // of the last extraction, at least 0
+
+  std::string textFileName;  // of the last text export
+};
+
+// An arc's identified lines and its dispersion. Columns count from 1 and are fractional; wavelengths are in
+// Angstrom.
+struct Arc {
+  // By peak pixel: the centroid and its standard error (0 = not centroided), and the wavelength given to the
+  // line (0 = none).
+  FixedTable<double> PixelCentroid{lastPixel}, PixelCentroidError{lastPixel}, PixelWavelength{lastPixel};
+
+  int LineCount = 0;
+  FixedTable<double> ArcLineColumn{lastLine}, ArcLineWavelength{lastLine};
+
+  // wavelength = linIntercept + linSlope x column, and its RMS; 0 = not computed.
+  double linIntercept = 0, linSlope = 0, linRms = 0;
+
+  FixedTable<double> Deviation{lastLine};     // of each line from the linear fit, fit minus table
+  std::array<Polynomial, 6> DeviationCoef{};  // by power; power 0 within = never fitted
+  int fitPower = 4;
+  bool fitDone = false;
+  bool maskApplied = false;
+  bool linesChangedSinceFit = false;
+
+  PlotFrame plotFrame, deviationFrame;
+};
+
+struct WavelengthTable {
+  FixedTable<double> WLValue{lastTableEntry};
+  FixedTable<std::string> WLName{lastTableEntry};
+  int wlCount = 0;
+};
+
+struct LineMask {
+  std::string maskFileName;  // of the last mask loaded or saved; empty = no mask
+  FixedTable<double> MaskColumn{lastLine}, MaskWavelength{lastLine};
+  int maskCount = 0;
+};
+
+// The row plot: zoom, the selection of pixels to zap, and the last zap.
+struct RowPlot {
+  // The ends of a selection that is empty, so that the smaller and the larger column clicked can replace
+  // them.
+  static constexpr int noFirst = 32200, noLast = -32200;
+
+  int plotRow = 0, lastDrawnRow = 0;
+  PlotFrame rowFrame;
+  ScrollBar columnScroll, rowScroll;  // [HScroll1], [VScroll1]
+  bool zoomAwaitingFirst = true;
+  int zoomFirstColumn = 0;
+  bool zapSelected = false;
+  int zapFirst = noFirst, zapLast = noLast;
+  int zapNeighbours = 3;
+  int undoFirst = 0, undoLast = 0, undoRow = 0;  // of the last zap; row 0 = none
+  FixedTable<double> zapBackup{lastPixel};
+  std::string hint;  // [Label16]
+};
+
+// The column slice: aperture and background rows, in the order in which they were clicked.
+struct Slice {
+  // The states of the aperture's selection.
+  static constexpr int nothing = 0, firstRowSet = 1, apertureSet = 2, complete = -1;
+
+  int sliceColumn = 0;
+  int apertureFirstRow = 0, apertureLastRow = 0;
+  double apertureMarkValue = 0;
+  int background1FirstRow = 0, background1LastRow = 0;
+  int background2FirstRow = 0, background2LastRow = 0;
+  double backgroundMarkValue = 0;
+  int apertureState = nothing;
+  int backgroundClicks = 0;
+  bool fixedScale = false;
+  PlotFrame colFrame;
+};
+
+// The background under the spectrum: one model per column, a function of the row.
+struct Background {
+  int backgroundPower = 0;  // chosen for the next fit
+  int fittedPower = 0;      // of the models below
+  bool backgroundFitted = false;
+  int BackgroundCount = 0;
+  FixedTable<double> BackgroundRows{SortBuffer::last};
+  FixedTable<double> backgroundMedian{lastPixel};
+  FixedTable<double> backgroundA0{lastPixel}, backgroundA1{lastPixel};
+  FixedTable<double> parabolaA0{lastPixel}, parabolaA1{lastPixel}, parabolaA2{lastPixel};
+};
+
+struct Continuum {
+  static constexpr int lastPoint = 2000;
+
+  FixedTable<double> ContinuumPointColumn{lastPoint}, ContinuumPointValue{lastPoint};
+  FixedTable<int> clickedColumn{lastPoint};  // where a point set by hand was clicked
+  int continuumPointCount = 0;
+  bool continuumFitDone = false;
+  bool normalized = false;  // `spectrumWork` holds the spectrum before a normalisation
+  int continuumPower = 4;   // chosen for the next fit
+  int fittedPower = 4;      // of the last fit
+  int continuumInterval = 10;
+  std::array<Polynomial, 6> ContinuumCoefficients{};  // by power
+  double continuumFitMax = 0;
+  int markerSize = 50;
+  PlotFrame contFrame;
+};
+
+// The line that was clicked last, and what the identification window shows of it.
+struct LinePanel {
+  std::string peakText;        // [Label3]
+  std::string centroidText;    // [Label5]
+  std::string errorText;       // [Label16]
+  std::string estimateText;    // [Label8]
+  std::string wavelengthText;  // [Text1]
+  std::string nameText;        // [Label17]
+  std::string deviationText;   // [Label12]
+  std::string rmsText;         // [Label14]
+  std::string countText;       // [Label19]
+  int tableEntry = 1;          // [VScroll1]
+};
+
+struct Session : Settings {
+  std::array<Slot, 5> slot;
+  FrameTable image;  // rows 1..naxis2, columns 1..naxis1 of slot 0
+  double imageMin = 0, imageMax = 0;
+
+  int currentSlot = 0;
+  std::string dataFolder;
+  std::string settingsPath;
+  std::string wlTableFile;
+  bool daoFrame = false;  // the next 2-D load reads the DAO layout
+  int arcCount = 2;
+  bool frameTrimmed = false;
+  std::string baseName;     // of the frame's file, without extension
+  FitsHeader crunchHeader;  // of the frame as it was when the spectrum of slot 3 was extracted from it
+
+  int traceRow = 0;  // the brightest row near the repaired column
+  halmek::SortBuffer SortBuffer;
+  halmek::NeighbourBuffer NeighbourBuffer;
+
+  RowPlot rowPlot;
+  Slice slice;
+  Background background;
+  Continuum continuum;
+
+  std::array<Arc, 3> arc;  // 1 and 2
+  WavelengthTable wavelengthTable;
+  LineMask mask;
+  LinePanel linePanel;
+  int peakPixel = 0;
+  double centroidValue = 0, estimatedWavelength = 0;
+  FixedTable<double> BisectorMidpoint{lastLine};
+  FixedTable<double> FitColumn{lastLine}, FitWavelength{lastLine};  // points of the last straight-line fit
+
+  double dispStart = 0, dispStep = 0;  // of the linear scale: Angstrom at pixel 1, Angstrom per pixel
+
+  Workflow workflow;
+  std::vector<std::string> journal;       // the steps performed, as the lines of a recipe
+  std::vector<std::string> writtenFiles;  // full names, in order
+};
+
+// The size of the frame and of a spectrum, as whole numbers. They throw RunTimeError 9 where a header
+// promises more than the tables hold, which a load that failed can leave behind.
+int Columns(const Session& session);
+int Rows(const Session& session);
+int Pixels(const Slot& slot);
+
+// The full name of a file that is named relative to `dataFolder`.
+std::string FullName(const Session& session, const std::string& file);
+
+// `name` up to, not including, its last "."; the whole name if it has none.
+std::string BaseName(const std::string& name);
+
+// `name` without its folder.
+std::string LeafName(const std::string& name);
+
+// Drops what was marked, fitted and remembered on the frame as it was: aperture, background, the selection
+// and the undo of a zap.
+void DropFrameState(Session& session);
+
+// Chooses one or two arcs; Arc 2 can be loaded and plotted only with two.
+void SetArcCount(Session& session, int count);
+
+}  // namespace halmek

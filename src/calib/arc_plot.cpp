@@ -1,0 +1,67 @@
+// The arc plot.
+#include "calib/arc_plot.h"
+
+#include <algorithm>
+
+#include "calib/line_list.h"
+#include "numeric/rounding.h"
+#include "plot/number_text.h"
+
+namespace halmek {
+namespace {
+
+constexpr AxisStyle arcAxes{.upperLabelWidth = 7, .lowerLabelWidth = 6, .labelDecimals = 0};
+
+void MarkIdentifiedLines(Drawing& drawing, const Arc& arc, int a) {
+  const Colour colour = a == 1 ? Colour{255, 0, 255} : Colour{0, 150, 150};
+  const PlotFrame& f = arc.plotFrame;
+  for (double column : arc.ArcLineColumn.Range(1, arc.LineCount)) {
+    const auto x = static_cast<float>(ScreenX(f, column));
+    const auto top = static_cast<float>(f.plotTop);
+    drawing.Add(Line{{x, top}, {x, top + 0.05f * static_cast<float>(f.plotHeight)}, colour, 2});
+  }
+}
+
+}  // namespace
+
+Drawing PlotArc(Session& s, int a, WindowSize window) {
+  RequireArc(s, a);
+  const Slot& slot = s.slot[a];
+  const std::span<const double> values = slot.spectrum.Range(1, Pixels(slot));
+  double smallest = 99999, largest = -99999;
+  for (double value : values) {
+    smallest = std::min(smallest, value);
+    largest = std::max(largest, value);
+  }
+  PlotFrame& f = s.arc[a].plotFrame;
+  LayoutPlot(f, window);
+  SetXRange(f, 1, static_cast<double>(values.size()));
+  SetYRange(f, NiceLowerBound(smallest), NiceUpperBound(largest));
+
+  Drawing drawing{
+      .size = window,
+      .caption = PlotCaption("Arc " + std::to_string(a) + "   File:  ", slot.fileName, slot.objectName),
+      .items = {}};
+  DrawAxes(drawing, f, arcAxes);
+  DrawStepCurve(drawing, f, values);
+  MarkIdentifiedLines(drawing, s.arc[a], a);
+  return drawing;
+}
+
+std::optional<int> ArcColumnAt(const Session& s, int a, double mouseX, double mouseY) {
+  const PlotFrame& f = s.arc[a].plotFrame;
+  const double x = RoundHalfEven(mouseX), y = RoundHalfEven(mouseY);
+  if (!IsInside(f, x, y))
+    return std::nullopt;
+  return RoundToInt((Pixels(s.slot[a]) - 1) * ((x - f.plotLeft) / (f.plotRight - f.plotLeft)) + 1);
+}
+
+ArcReadOut ReadOutArc(const Session& s, int a, double mouseX, double mouseY) {
+  const Arc& arc = s.arc[a];
+  ArcReadOut r{ReadOutPosition(arc.plotFrame, mouseX, mouseY, Pixels(s.slot[a])), {}};
+  if (r.inside && arc.LineCount >= 2)
+    r.wavelengthText = FormatFixed(arc.linIntercept + arc.linSlope * r.column, 8, 2);
+  return r;
+}
+
+}  // namespace halmek

@@ -1,0 +1,23 @@
+// The plot of an arc spectrum with the marks of its identified lines.
+#pragma once
+
+#include <optional>
+
+#include "app/session.h"
+
+namespace halmek {
+
+// The plot of arc `a`, with a short mark at the top for every identified line. Throws Refusal where no arc is
+// loaded.
+Drawing PlotArc(Session& session, int a, WindowSize window);
+
+// The column, numbered from 1, under a click in twips; nothing outside the plot area or on its edge.
+std::optional<int> ArcColumnAt(const Session& session, int a, double mouseX, double mouseY);
+
+// The read-out of a position, with the wavelength there once two lines are identified.
+struct ArcReadOut : ReadOut {
+  std::string wavelengthText;
+};
+ArcReadOut ReadOutArc(const Session& session, int a, double mouseX, double mouseY);
+
+}  // namespace halmek

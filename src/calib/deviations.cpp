@@ -1,0 +1,148 @@
+// Deviation fits.
+#include "calib/deviations.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "calib/line_list.h"
+
+namespace halmek {
+namespace {
+
+constexpr int highestPower = 4;
+constexpr AxisStyle deviationAxes{};
+
+std::string TooFewTerms(int power) {
+  return "For a fit of power " + std::to_string(power) + ", you need at least " + std::to_string(power + 1) +
+         " terms.  Please try again.";
+}
+
+double RmsOf(double sumSq, int degreesOfFreedom) {
+  return degreesOfFreedom > 0 ? std::sqrt(sumSq / degreesOfFreedom) : 0;
+}
+
+// What dots and curve are stands in the band below the plot.
+void DrawLegend(Drawing& drawing, const PlotFrame& f) {
+  const auto top = static_cast<float>(drawing.size.height - 1750);
+  const auto left = static_cast<float>(f.plotLeft);
+  const float middle = top + 100;
+  drawing.Add(Circle{{left + 150, middle}, 0, 20, colours::red});
+  drawing.Add(Text{{left + 300, top}, "Diff = WL(LinFit) - WL(tables)", "Label9"});
+  drawing.Add(Line{{left + 3900, middle}, {left + 4200, middle}, colours::blue});
+  drawing.Add(Text{{left + 4300, top}, "Dispers.Corr'n Func.", "Label11"});
+  drawing.Add(Text{{100, static_cast<float>(f.plotTop + f.plotHeight / 2)}, "Ang.", "Label12"});
+}
+
+void DrawDots(Drawing& drawing, const Arc& arc) {
+  for (int k = 1; k <= arc.LineCount; ++k)
+    drawing.Add(Circle{{static_cast<float>(ScreenX(arc.deviationFrame, arc.ArcLineColumn(k))),
+                        static_cast<float>(ScreenY(arc.deviationFrame, arc.Deviation(k)))},
+                       0,
+                       20,
+                       colours::red});
+}
+
+void DrawDeviationCurve(Drawing& drawing, const Arc& arc, int pixels) {
+  Polyline curve{.points = {}, .colour = colours::blue};
+  for (int p = 1; p <= pixels; ++p)
+    curve.points.push_back({static_cast<float>(ScreenX(arc.deviationFrame, p)),
+                            static_cast<float>(ScreenY(arc.deviationFrame, CorrectionAt(arc, p)))});
+  drawing.Add(std::move(curve));
+}
+
+}  // namespace
+
+void ComputeDeviations(Session& s, int a) {
+  Arc& arc = s.arc[a];
+  if (arc.LineCount < 3)
+    throw Refusal("Hey, you need to identify three or more peaks first!");
+  for (int k = 1; k <= arc.LineCount; ++k) {
+    s.estimatedWavelength = arc.linIntercept + arc.linSlope * arc.ArcLineColumn(k);
+    arc.Deviation(k) = s.estimatedWavelength - arc.ArcLineWavelength(k);
+  }
+  s.workflow.arc[a].deviationStatus = doneText;
+}
+
+void FitDeviations(Session& s, int a) {
+  Arc& arc = s.arc[a];
+  const int n = arc.LineCount, power = arc.fitPower;
+  if (n < 3 && !arc.maskApplied)
+    throw Refusal("You haven't identified enough lines.  At least three are required.");
+  if (n < power + 1)
+    throw Refusal(TooFewTerms(power));
+  if (power > highestPower)
+    throw Refusal("Sorry; this has not been implemented yet.");
+  const auto fit = FitPolynomial(power, arc.ArcLineColumn.Range(1, n), arc.Deviation.Range(1, n));
+  if (!fit)
+    throw Refusal(TooFewTerms(power));
+
+  for (int k = 1; k <= n; ++k) {
+    s.FitColumn(k) = arc.ArcLineColumn(k);
+    s.FitWavelength(k) = arc.Deviation(k);
+  }
+  arc.DeviationCoef[power] = *fit;
+  arc.fitDone = true;
+  arc.linesChangedSinceFit = false;
+  s.workflow.arc[a].fitWindowStatus = doneText;
+  s.workflow.arc[a].fitStatus = doneText;
+}
+
+double LinearRms(const Arc& arc) {
+  double sumSq = 0;
+  for (int k = 1; k <= arc.LineCount; ++k) {
+    const double residual = arc.linIntercept + arc.linSlope * arc.ArcLineColumn(k) - arc.ArcLineWavelength(k);
+    sumSq += residual * residual;
+  }
+  return RmsOf(sumSq, arc.LineCount - 1);
+}
+
+double DeviationRms(const Arc& arc) {
+  double sumSq = 0;
+  for (int k = 1; k <= arc.LineCount; ++k) {
+    const double residual = arc.Deviation(k) - CorrectionAt(arc, arc.ArcLineColumn(k));
+    sumSq += residual * residual;
+  }
+  return RmsOf(sumSq, arc.LineCount - arc.fitPower - 1);
+}
+
+double CorrectionAt(const Arc& arc, double column) {
+  return arc.DeviationCoef[arc.fitPower](column);
+}
+
+Drawing PlotDeviations(Session& s, int a, WindowSize window) {
+  RequireArc(s, a);
+  Arc& arc = s.arc[a];
+  const int pixels = Pixels(s.slot[a]);
+  double smallest = 0, largest = 0;
+  for (double deviation : arc.Deviation.Range(1, arc.LineCount)) {
+    smallest = std::min(smallest, deviation);
+    largest = std::max(largest, deviation);
+  }
+  PlotFrame& f = arc.deviationFrame;
+  LayoutPlot(f, window);
+  SetXRange(f, 1, pixels);
+  SetYRange(f, NiceLowerBound(smallest), NiceUpperBound(largest));
+
+  Drawing drawing{
+      .size = window, .caption = "Plot Wavelength Differences - Arc " + std::to_string(a), .items = {}};
+  DrawAxes(drawing, f, deviationAxes);
+  DrawDots(drawing, arc);
+  if (arc.DeviationCoef[arc.fitPower].power != 0)
+    DrawDeviationCurve(drawing, arc, pixels);
+  DrawLegend(drawing, f);
+  return drawing;
+}
+
+void ResetDeviations(Session& s, int a) {
+  s.arc[a].fitDone = false;
+  s.workflow.arc[a].fitWindowStatus.clear();
+}
+
+void AcceptDeviations(Session& s, int a) {
+  if (!s.arc[a].fitDone)
+    throw Refusal("Hey, you need to do the fit!");
+  s.workflow.saveSpectrumEnabled = true;
+  s.workflow.arc[a].fitStatus = doneText;
+}
+
+}  // namespace halmek

@@ -1,0 +1,35 @@
+// Deviations of an arc's lines from its straight-line dispersion, and the polynomial through them.
+#pragma once
+
+#include "app/session.h"
+
+namespace halmek {
+
+// Computes the deviation of each line, fit minus table, in Angstrom. Throws Refusal for fewer than three
+// lines.
+void ComputeDeviations(Session& session, int a);
+
+// Fits the deviations with a polynomial of the arc's `fitPower`, 2 to 4; it becomes the arc's correction
+// function of that power. Throws Refusal for too few lines and for power 5, with nothing changed.
+void FitDeviations(Session& session, int a);
+
+// The root mean square of the lines' deviations from the straight line, and of what the fitted polynomial
+// leaves of the computed deviations, in Angstrom, with n - 1 and n - p - 1 degrees of freedom (0 where none
+// is left).
+double LinearRms(const Arc& arc);
+double DeviationRms(const Arc& arc);
+
+// The correction function of the arc's `fitPower` at a column, in Angstrom; 0 for a power that was never
+// fitted.
+double CorrectionAt(const Arc& arc, double column);
+
+// The plot of the deviations as dots with the correction function, once there is one.
+Drawing PlotDeviations(Session& session, int a, WindowSize window);
+
+// Drops the fit, as "Reset" does.
+void ResetDeviations(Session& session, int a);
+
+// Accepts the fit. Throws Refusal where there is none.
+void AcceptDeviations(Session& session, int a);
+
+}  // namespace halmek

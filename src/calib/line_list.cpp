@@ -1,0 +1,203 @@
+// Identification of arc lines.
+#include "calib/line_list.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "calib/peaks.h"
+#include "numeric/number_prefix.h"
+#include "plot/number_text.h"
+
+namespace halmek {
+namespace {
+
+constexpr double notIdentified = 0.001;  // a wavelength up to this is none
+constexpr int nearby = 3;                // pixels within which one deletion takes several lines
+
+// The panel's two number forms: as filled by a click, and as refreshed by a fit.
+std::string ClickText(double value) {
+  return FormatFixed(value, 11, 5);
+}
+std::string FitText(double value) {
+  return FormatFixed(value, 9, 3);
+}
+std::string CountText(int value) {
+  return " " + std::to_string(value);
+}
+
+double Estimate(const Arc& arc, double column) {
+  return arc.linIntercept + arc.linSlope * column;
+}
+
+// The table's entry nearest to `wavelength`; of equals the first. 0 where none is nearer than 9999 Angstrom.
+int NearestEntry(const WavelengthTable& table, double wavelength) {
+  double best = 9999;
+  int entry = 0;
+  for (int i = 1; i <= table.wlCount; ++i) {
+    const double distance = std::fabs(table.WLValue(i) - wavelength);
+    if (distance < best) {
+      best = distance;
+      entry = i;
+    }
+  }
+  return entry;
+}
+
+void ProposeWavelength(Session& s, int a) {
+  LinePanel& panel = s.linePanel;
+  const Arc& arc = s.arc[a];
+  s.estimatedWavelength = Estimate(arc, arc.PixelCentroid(s.peakPixel));
+  panel.estimateText = ClickText(s.estimatedWavelength);
+  const int entry = NearestEntry(s.wavelengthTable, s.estimatedWavelength);
+  if (entry == 0)
+    return;
+  const double proposed = s.wavelengthTable.WLValue(entry);
+  panel.tableEntry = entry;
+  panel.wavelengthText = ClickText(proposed);
+  panel.nameText = s.wavelengthTable.WLName(entry);
+  panel.deviationText = ClickText(s.estimatedWavelength - proposed);
+}
+
+void FillPanel(Session& s, int a) {
+  const Arc& arc = s.arc[a];
+  s.linePanel = {.peakText = CountText(s.peakPixel),
+                 .centroidText = ClickText(arc.PixelCentroid(s.peakPixel)),
+                 .errorText = ClickText(arc.PixelCentroidError(s.peakPixel)),
+                 .estimateText = {},
+                 .wavelengthText = {},
+                 .nameText = {},
+                 .deviationText = {},
+                 .rmsText = arc.linRms == 0 ? std::string() : FitText(arc.linRms),
+                 .countText = CountText(arc.LineCount)};
+  if (arc.LineCount >= 2)
+    ProposeWavelength(s, a);
+}
+
+// Refits after the list has changed, where it has two lines.
+void Refit(Session& s, int a, double wavelength) {
+  Arc& arc = s.arc[a];
+  LinePanel& panel = s.linePanel;
+  panel.countText = CountText(arc.LineCount);
+  if (arc.LineCount < 2)
+    return;
+  if (const auto sumSq = FitDispersionLine(s, a))
+    arc.linRms = std::sqrt(*sumSq / (arc.LineCount - 1));
+  s.estimatedWavelength = Estimate(arc, s.centroidValue);
+  panel.estimateText = FitText(s.estimatedWavelength);
+  panel.deviationText = FitText(s.estimatedWavelength - wavelength);
+  panel.rmsText = FitText(arc.linRms);
+}
+
+double UpperAxisLimit(const Slot& slot) {
+  double largest = -99999;
+  for (double value : slot.spectrum.Range(1, Pixels(slot)))
+    largest = std::max(largest, value);
+  return NiceUpperBound(largest);
+}
+
+}  // namespace
+
+void RequireArc(const Session& s, int a) {
+  if (s.slot[a].fileName.empty() || Pixels(s.slot[a]) == 0)
+    throw Refusal("Hey, no Arc " + std::to_string(a) + " file has been loaded!");
+}
+
+void RebuildLineList(Session& s, int a) {
+  Arc& arc = s.arc[a];
+  int n = 0;
+  for (int p = 1; p <= Pixels(s.slot[a]); ++p) {
+    if (arc.PixelWavelength(p) <= notIdentified)
+      continue;
+    ++n;
+    s.FitColumn(n) = arc.ArcLineColumn(n) = arc.PixelCentroid(p);
+    s.FitWavelength(n) = arc.ArcLineWavelength(n) = arc.PixelWavelength(p);
+  }
+  arc.LineCount = n;
+  arc.linesChangedSinceFit = true;
+}
+
+std::optional<double> FitDispersionLine(Session& s, int a) {
+  Arc& arc = s.arc[a];
+  const auto fit =
+      FitLinear(arc.ArcLineColumn.Range(1, arc.LineCount), arc.ArcLineWavelength.Range(1, arc.LineCount));
+  if (!fit)
+    return std::nullopt;
+  arc.linIntercept = fit->a0;
+  arc.linSlope = fit->a1;
+  return fit->sumSq;
+}
+
+void ClickLine(Session& s, int a, int column) {
+  RequireArc(s, a);
+  s.currentSlot = a;
+  const Slot& slot = s.slot[a];
+  Arc& arc = s.arc[a];
+  const Peak peak = FindPeak(slot, column);
+  // A maximum on the edge of the window is the flank of a line outside it.
+  if (peak.pixel == 0 || peak.pixel == peak.low || peak.pixel == peak.high ||
+      peak.value < UpperAxisLimit(slot) / 100)
+    throw Refusal(noMaximumMessage);
+
+  if (arc.PixelCentroid(peak.pixel) == 0) {
+    const Centroid centroid = CentroidLine(slot, peak.pixel, s.BisectorMidpoint);
+    arc.PixelCentroid(peak.pixel) = centroid.column;
+    arc.PixelCentroidError(peak.pixel) = centroid.error;
+  }
+  s.peakPixel = peak.pixel;
+  s.centroidValue = arc.PixelCentroid(peak.pixel);
+  FillPanel(s, a);
+}
+
+bool UpdateFit(Session& s, int a, double wavelength) {
+  if (!(wavelength >= 3000 && wavelength <= 9000))
+    throw Refusal("Hey, you need to type a valid wavelength! (It must be between 3000 and 9000 Angstroms.)");
+  Arc& arc = s.arc[a];
+  if (arc.LineCount >= 1 && arc.PixelWavelength(s.peakPixel) != 0)
+    return false;
+  if (arc.LineCount >= lastLine)
+    throw Refusal("An arc can have " + std::to_string(lastLine) +
+                  " identified lines at most.  Please delete one first.");
+  arc.PixelWavelength(s.peakPixel) = wavelength;
+  RebuildLineList(s, a);
+  Refit(s, a, wavelength);
+  return true;
+}
+
+int DeleteEntry(Session& s, int a) {
+  Arc& arc = s.arc[a];
+  int deleted = 0;
+  for (int p = std::max(1, s.peakPixel - nearby); p <= std::min(lastPixel, s.peakPixel + nearby); ++p) {
+    deleted += arc.PixelWavelength(p) > notIdentified;
+    if (arc.PixelCentroid(p) > 0.0001)
+      arc.PixelCentroid(p) = arc.PixelWavelength(p) = 0;
+  }
+  RebuildLineList(s, a);
+  Refit(s, a, NumericPrefix(s.linePanel.wavelengthText));
+  return deleted;
+}
+
+void DeleteAllLines(Session& s, int a) {
+  Arc& arc = s.arc[a];
+  arc.PixelCentroid.Clear();
+  arc.PixelCentroidError.Clear();
+  arc.PixelWavelength.Clear();
+  arc.LineCount = 0;
+  arc.linIntercept = arc.linSlope = arc.linRms = 0;
+  arc.fitDone = false;
+  arc.linesChangedSinceFit = true;
+  s.workflow.arc[a].maskStatus.clear();
+  s.workflow.arc[a].deviationStatus.clear();
+}
+
+void ShowTableEntry(Session& s, int entry) {
+  const WavelengthTable& table = s.wavelengthTable;
+  if (table.wlCount == 0)
+    return;
+  LinePanel& panel = s.linePanel;
+  panel.tableEntry = std::clamp(entry, 1, table.wlCount);
+  panel.nameText = table.WLName(panel.tableEntry);
+  panel.wavelengthText = ClickText(table.WLValue(panel.tableEntry));
+  panel.deviationText = ClickText(s.estimatedWavelength - table.WLValue(panel.tableEntry));
+}
+
+}  // namespace halmek

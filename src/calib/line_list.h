@@ -1,0 +1,43 @@
+// The identified lines of an arc and their straight-line dispersion.
+#pragma once
+
+#include <optional>
+
+#include "app/session.h"
+
+namespace halmek {
+
+// Rebuilds the line list of arc `a` in pixel order from the wavelengths given to its pixels, and the points
+// of the straight-line fit.
+void RebuildLineList(Session& session, int a);
+
+// A click at a column, numbered from 1: finds the peak, centroids it unless that was done before, and fills
+// the identification panel, with a proposed wavelength once two lines are known. Throws Refusal
+// (noMaximumMessage) where there is no peak within 9 pixels or it is below a hundredth of the plot's upper
+// limit.
+void ClickLine(Session& session, int a, int column);
+
+// Gives the clicked line a wavelength in Angstrom, rebuilds the list and refits the straight line. Returns
+// false, and does nothing, where the line has one already. Throws Refusal for a wavelength outside 3000 to
+// 9000 and for a 51st line, with nothing changed.
+bool UpdateFit(Session& session, int a, double wavelength);
+
+// Takes the wavelengths of all lines within 3 pixels of the clicked one, and refits. Returns how many there
+// were.
+int DeleteEntry(Session& session, int a);
+
+// Takes all identifications of the arc, and its fits.
+void DeleteAllLines(Session& session, int a);
+
+// Shows entry `entry` of the wavelength table in the identification panel. Other numbers than 1..wlCount are
+// moved to the nearer end; without a table nothing happens.
+void ShowTableEntry(Session& session, int entry);
+
+// Fits the straight line to the list of arc `a` and stores it, but for its RMS. Returns the sum of squared
+// residuals in Angstrom squared; nothing, with nothing changed, where the fit is singular.
+std::optional<double> FitDispersionLine(Session& session, int a);
+
+// Throws Refusal, "Hey, no Arc 1 file has been loaded!" or the like, where the arc holds no spectrum.
+void RequireArc(const Session& session, int a);
+
+}  // namespace halmek

@@ -1,0 +1,52 @@
+// Reading of the wavelength table.
+#include "calib/wavelength_table.h"
+
+#include "files/input_file.h"
+#include "files/text_records.h"
+
+namespace halmek {
+namespace {
+
+std::string LineNumber(size_t index) {
+  return "line " + std::to_string(index + 1);
+}
+
+}  // namespace
+
+WavelengthTable ParseWavelengthTable(const std::string& text) {
+  WavelengthTable table;
+  const std::vector<std::string_view> lines = Lines(text);
+  for (size_t i = 1; i < lines.size(); ++i) {
+    RecordLine record(lines[i]);
+    if (record.AtEnd())
+      continue;
+    const auto wavelength = record.Number();
+    const auto name = record.Text();
+    if (!wavelength || (!name && !lines[i].ends_with(',')))
+      throw RunTimeError(run_time_error::invalidFormat,
+                         LineNumber(i) + " is not a number followed by a label");
+    if (table.wlCount == lastTableEntry)
+      throw RunTimeError(run_time_error::subscript,
+                         "there are more than " + std::to_string(lastTableEntry) + " entries");
+    ++table.wlCount;
+    table.WLValue(table.wlCount) = *wavelength;
+    table.WLName(table.wlCount) = name.value_or("");
+  }
+  if (table.wlCount == 0)
+    throw RunTimeError(run_time_error::pastEndOfFile, "there are no entries");
+  return table;
+}
+
+void LoadWavelengthTable(Session& s, const std::string& file) {
+  s.wlTableFile = file;
+  try {
+    s.wavelengthTable = ParseWavelengthTable(ReadWholeFile(FullName(s, file)));
+  } catch (const RunTimeError& error) {
+    s.wavelengthTable = {};
+    throw Refusal(
+        "Wavelength file 'WL_table.txt' not found - load from menu bar or enter tabular values manually.",
+        error.detail().empty() ? error.text() : error.detail());
+  }
+}
+
+}  // namespace halmek

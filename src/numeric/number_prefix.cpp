@@ -1,0 +1,87 @@
+// The number that a text begins with: scanning it, and its conversion without regard to the locale.
+#include "numeric/number_prefix.h"
+
+#include <charconv>
+#include <limits>
+#include <string>
+
+namespace halmek {
+namespace {
+
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+size_t SkipDigits(std::string_view text, size_t at) {
+  while (at < text.size() && IsDigit(text[at]))
+    ++at;
+  return at;
+}
+
+size_t SkipBlanks(std::string_view text) {
+  const size_t at = text.find_first_not_of(" \t");
+  return at == std::string_view::npos ? text.size() : at;
+}
+
+// The number at the start of `text`, which has no leading blanks; empty where there is none.
+std::string_view Scan(std::string_view text) {
+  size_t at = 0;
+  if (at < text.size() && (text[at] == '+' || text[at] == '-'))
+    ++at;
+
+  const size_t wholeStart = at;
+  at = SkipDigits(text, at);
+  size_t digits = at - wholeStart;
+  if (at < text.size() && text[at] == '.') {
+    const size_t end = SkipDigits(text, at + 1);
+    digits += end - at - 1;
+    at = end;
+  }
+  if (digits == 0)
+    return {};
+
+  if (at < text.size() && std::string_view("EeDd").find(text[at]) != std::string_view::npos) {
+    size_t exponent = at + 1;
+    if (exponent < text.size() && (text[exponent] == '+' || text[exponent] == '-'))
+      ++exponent;
+    const size_t end = SkipDigits(text, exponent);
+    if (end > exponent)
+      at = end;
+  }
+  return text.substr(0, at);
+}
+
+double Convert(std::string_view number) {
+  if (number.empty())
+    return 0;
+  // from_chars knows neither a leading plus nor the exponent letter D.
+  std::string plain(number.front() == '+' ? number.substr(1) : number);
+  const size_t letter = plain.find_first_of("EeDd");
+  if (letter != std::string::npos)
+    plain[letter] = 'e';
+
+  double value = 0;
+  const auto result = std::from_chars(plain.data(), plain.data() + plain.size(), value);
+  if (result.ec != std::errc::result_out_of_range)
+    return value;
+  const bool tooSmall = letter == std::string::npos ? plain.find_first_of("123456789") > plain.find('.')
+                                                    : plain.find('-', letter) != std::string::npos;
+  if (tooSmall)
+    return 0;
+  const double infinity = std::numeric_limits<double>::infinity();
+  return plain.front() == '-' ? -infinity : infinity;
+}
+
+}  // namespace
+
+double NumericPrefix(std::string_view text) {
+  return Convert(Scan(text.substr(SkipBlanks(text))));
+}
+
+bool IsNumber(std::string_view text) {
+  text.remove_prefix(SkipBlanks(text));
+  const std::string_view number = Scan(text);
+  return !number.empty() && SkipBlanks(text.substr(number.size())) == text.size() - number.size();
+}
+
+}  // namespace halmek

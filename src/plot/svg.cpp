@@ -1,0 +1,129 @@
+// SVG: one element an item, coordinates in twips under a view box.
+#include "plot/svg.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+
+#include "plot/text_encoding.h"
+
+namespace halmek {
+namespace {
+
+constexpr int twipsPerPixel = 15;
+constexpr int controlBand = 1350;  // from the lower edge up to below the axis title
+constexpr int fontSize = 195;
+constexpr int baseline = 170;  // from the top of a text down to its base line
+
+std::string Escaped(std::string_view bytes) {
+  std::string text;
+  for (char c : Utf8Of(bytes)) {
+    switch (c) {
+      case '&':
+        text += "&amp;";
+        break;
+      case '<':
+        text += "&lt;";
+        break;
+      case '>':
+        text += "&gt;";
+        break;
+      default:
+        text += c;
+    }
+  }
+  return text;
+}
+
+class Writer {
+ public:
+  explicit Writer(std::string& out) : out_(out) {}
+
+  void operator()(const Line& line) {
+    out_ += "<line x1=\"";
+    Number(line.from.x);
+    out_ += "\" y1=\"";
+    Number(line.from.y);
+    out_ += "\" x2=\"";
+    Number(line.to.x);
+    out_ += "\" y2=\"";
+    Number(line.to.y);
+    out_ += '"';
+    Stroke(line.colour, static_cast<float>(line.penWidth * twipsPerPixel));
+    out_ += "/>\n";
+  }
+
+  void operator()(const Polyline& line) {
+    out_ += "<polyline points=\"";
+    for (const Point& p : line.points) {
+      Number(p.x);
+      out_ += ',';
+      Number(p.y);
+      out_ += ' ';
+    }
+    out_ += "\" fill=\"none\" stroke-linejoin=\"round\"";
+    Stroke(line.colour, static_cast<float>(line.penWidth * twipsPerPixel));
+    out_ += "/>\n";
+  }
+
+  void operator()(const Circle& circle) {
+    const float width = circle.outerRadius - circle.innerRadius;
+    out_ += "<circle cx=\"";
+    Number(circle.centre.x);
+    out_ += "\" cy=\"";
+    Number(circle.centre.y);
+    out_ += "\" r=\"";
+    Number(circle.innerRadius + width / 2);
+    out_ += "\" fill=\"none\"";
+    Stroke(circle.colour, width);
+    out_ += "/>\n";
+  }
+
+  void operator()(const Text& text) {
+    out_ += "<text xml:space=\"preserve\" x=\"";
+    Number(text.topLeft.x);
+    out_ += "\" y=\"";
+    Number(text.topLeft.y + baseline);
+    out_ += "\">" + Escaped(text.text) + "</text>\n";
+  }
+
+ private:
+  void Stroke(Colour c, float width) {
+    out_ += " stroke=\"rgb(" + std::to_string(c.red) + ',' + std::to_string(c.green) + ',' +
+            std::to_string(c.blue) + ")\" stroke-width=\"";
+    Number(width);
+    out_ += '"';
+  }
+
+  // A tenth of a twip is far below what any device shows.
+  void Number(float value) {
+    std::array<char, 64> text;
+    const float tenths = std::isfinite(value) ? std::round(value * 10) / 10 : 0.0f;
+    const auto end =
+        std::to_chars(text.data(), text.data() + text.size(), tenths, std::chars_format::fixed).ptr;
+    out_.append(text.data(), end);
+  }
+
+  std::string& out_;
+};
+
+}  // namespace
+
+std::string SvgOf(const Drawing& drawing) {
+  const int width = drawing.size.width;
+  const int height = drawing.size.height - controlBand;
+  std::string out = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" +
+                    std::to_string(width / twipsPerPixel) + "\" height=\"" +
+                    std::to_string(height / twipsPerPixel) + "\" viewBox=\"0 0 " + std::to_string(width) +
+                    ' ' + std::to_string(height) + "\" font-family=\"sans-serif\" font-size=\"" +
+                    std::to_string(fontSize) + "\">\n<title>" + Escaped(drawing.caption) +
+                    "</title>\n<rect width=\"100%\" height=\"100%\" fill=\"white\"/>\n";
+  Writer writer(out);
+  writer(Text{{800, 40}, drawing.caption, {}});
+  for (const DrawingItem& item : drawing.items)
+    std::visit(writer, item);
+  out += "</svg>\n";
+  return out;
+}
+
+}  // namespace halmek

@@ -1,0 +1,14 @@
+// Names and header texts, which are bytes, as Unicode.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace halmek {
+
+// `bytes` as UTF-8: unchanged where they are UTF-8 already, as file names are here; otherwise taken as the
+// 8-bit Latin character set of header cards. Control characters become "?", so that the text may go to a
+// terminal.
+std::string Utf8Of(std::string_view bytes);
+
+}  // namespace halmek

@@ -1,0 +1,82 @@
+// Extraction.
+#include "reduce/crunch.h"
+
+#include <algorithm>
+#include <array>
+#include <ctime>
+
+#include "fits/header.h"
+
+namespace halmek {
+namespace {
+
+std::string Today() {
+  const std::time_t now = std::time(nullptr);
+  std::tm local{};
+  localtime_r(&now, &local);
+  std::array<char, 16> text;
+  std::strftime(text.data(), text.size(), "%Y-%m-%d", &local);
+  return text.data();
+}
+
+void CopyHeader(Session& s) {
+  const Slot& frame = s.slot[slots::frame];
+  Slot& spectrum = s.slot[slots::spectrum];
+  RequireRoomForCards(frame, 1);
+  s.crunchHeader = frame;
+  static_cast<FitsHeader&>(spectrum) = frame;
+  AppendCard(spectrum, "HISTORY:  Halmek collapsed data from 2-D to 1-D on " + Today() + ".");
+}
+
+// Adds the pixels of the row to the sums, less the background at that row.
+void AddRow(std::span<double> sums, std::span<const double> pixels, const Background& b, int columns,
+            double row) {
+  switch (b.fittedPower) {
+    case 0:
+      for (size_t c = 0; c < sums.size(); ++c)
+        sums[c] += pixels[c];
+      break;
+    case 1: {
+      const auto a0 = b.backgroundA0.Range(1, columns), a1 = b.backgroundA1.Range(1, columns);
+      for (size_t c = 0; c < sums.size(); ++c)
+        sums[c] += pixels[c] - (a0[c] + a1[c] * row);
+      break;
+    }
+    default: {
+      const auto a0 = b.parabolaA0.Range(1, columns), a1 = b.parabolaA1.Range(1, columns);
+      const auto a2 = b.parabolaA2.Range(1, columns);
+      for (size_t c = 0; c < sums.size(); ++c)
+        sums[c] += pixels[c] - (a0[c] + a1[c] * row + a2[c] * (row * row));
+    }
+  }
+}
+
+}  // namespace
+
+void CrunchFrame(Session& s) {
+  const int columns = Columns(s), rows = Rows(s);
+  const int first = std::min(s.slice.apertureFirstRow, s.slice.apertureLastRow);
+  const int last = std::max(s.slice.apertureFirstRow, s.slice.apertureLastRow);
+  if (!s.background.backgroundFitted || first < 1 || last > rows)
+    throw Refusal("Hey, you need to set the aperture and fit the background first!");
+  CopyHeader(s);
+
+  Slot& spectrum = s.slot[slots::spectrum];
+  const std::span<double> sums = spectrum.spectrum.Range(1, columns);
+  std::fill(sums.begin(), sums.end(), 0.0);
+  for (int row = first; row <= last; ++row)
+    AddRow(sums, s.image.Row(row, 1, columns), s.background, columns, row);
+  if (s.background.fittedPower == 0)
+    for (int c = 1; c <= columns; ++c)
+      spectrum.spectrum(c) -= (last - first + 1) * s.background.backgroundMedian(c);
+
+  spectrum.spectrumPeak = std::max(0.0, *std::max_element(sums.begin(), sums.end()));
+  s.baseName = BaseName(s.slot[slots::frame].fileName);
+  spectrum.fileName = s.baseName + "_1D.fts";
+  s.continuum.normalized = s.continuum.continuumFitDone = false;
+  s.continuum.continuumPointCount = 0;
+  s.workflow.normalizeEnabled = true;
+  s.workflow.crunchStatus = doneText;
+}
+
+}  // namespace halmek

@@ -1,0 +1,148 @@
+// The steps on arcs and on the object.
+#include <algorithm>
+#include <cmath>
+
+#include "calib/deviations.h"
+#include "calib/dispersion.h"
+#include "calib/line_list.h"
+#include "calib/line_mask.h"
+#include "numeric/number_prefix.h"
+#include "numeric/rounding.h"
+#include "plot/number_text.h"
+#include "steps/perform.h"
+#include "steps/slot_names.h"
+
+namespace halmek::steps {
+namespace {
+
+std::string Text(double value) {
+  return GeneralText(static_cast<float>(value));
+}
+
+std::string Fixed(double value, int decimals) {
+  const std::string text = FormatFixed(value, 30, decimals);
+  return text.substr(text.find_first_not_of(' '));
+}
+
+std::string Count(int n, const char* what) {
+  return std::to_string(n) + " " + what + (n == 1 ? "" : "s");
+}
+
+// How many lines an arc has, and how well a straight line fits them.
+std::string LineSummary(const Arc& arc) {
+  std::string text = Count(arc.LineCount, "line");
+  if (arc.LineCount >= 2)
+    text += ", " + Fixed(arc.linSlope, 5) + " Angstroms per pixel, RMS " + Fixed(LinearRms(arc), 3);
+  return text;
+}
+
+// A click near a column in recipe terms.
+void Click(Session& s, int a, double column) {
+  RequireArcInUse(s, a);
+  const int clicked = RoundToInt(column);
+  if (clicked < 1 || clicked > Pixels(s.slot[a]))
+    throw Refusal("Column " + Text(column) + " is outside 1 to " + std::to_string(Pixels(s.slot[a])) +
+                  ".  Please try again.");
+  ClickLine(s, a, clicked);
+}
+
+// The wavelength proposed for the clicked line, as its box shows it.
+double ProposedWavelength(const Session& s, int a) {
+  if (s.arc[a].LineCount < 2)
+    throw Refusal("Hey, you need to identify two lines by their wavelengths first!");
+  if (s.linePanel.wavelengthText.empty())
+    throw Refusal("Hey, you need to load the wavelength table first!");
+  return NumericPrefix(s.linePanel.wavelengthText);
+}
+
+}  // namespace
+
+Outcome Perform(Session& s, const Arcs& step) {
+  SetArcCount(s, step.count);
+  return {Count(step.count, "arc") + " in use", {}};
+}
+
+Outcome Perform(Session& s, const Identify& step) {
+  const int a = ArcNamed(step.arc);
+  Click(s, a, step.column);
+  if (s.arc[a].PixelWavelength(s.peakPixel) != 0 && s.arc[a].LineCount >= 1)
+    throw Refusal("This line has been identified already.  Delete it first to change its wavelength.");
+  const double wavelength = step.wavelength ? *step.wavelength : ProposedWavelength(s, a);
+  const std::string name =
+      step.wavelength || s.linePanel.nameText.empty() ? "" : " (" + s.linePanel.nameText + ")";
+  UpdateFit(s, a, wavelength);
+  return {"column " + Fixed(s.centroidValue, 3) + " +- " +
+              Fixed(s.arc[a].PixelCentroidError(s.peakPixel), 3) + " is " + GeneralText(wavelength) +
+              " Angstroms" + name + "; " + LineSummary(s.arc[a]),
+          {}};
+}
+
+Outcome Perform(Session& s, const DeleteLine& step) {
+  const int a = ArcNamed(step.arc);
+  Click(s, a, step.column);
+  const Arc& arc = s.arc[a];
+  const int first = std::max(1, s.peakPixel - 3), last = std::min(lastPixel, s.peakPixel + 3);
+  const auto near = arc.PixelWavelength.Range(first, last);
+  if (std::none_of(near.begin(), near.end(), [](double wavelength) { return wavelength > 0; }))
+    throw Refusal("There is no identified line at column " + std::to_string(s.peakPixel) +
+                  ".  Please try again.");
+  const int deleted = DeleteEntry(s, a);
+  return {Count(deleted, "line") + " dropped; " + LineSummary(arc), {}};
+}
+
+Outcome Perform(Session& s, const DeleteLines& step) {
+  const int a = ArcNamed(step.arc);
+  RequireArcInUse(s, a);
+  const int count = s.arc[a].LineCount;
+  DeleteAllLines(s, a);
+  return {Count(count, "line") + " dropped", {}};
+}
+
+Outcome Perform(Session& s, const ApplyMask& step) {
+  const int a = ArcNamed(step.arc);
+  RequireArcInUse(s, a);
+  Warnings warnings = halmek::ApplyMask(s, a);
+  return {LineSummary(s.arc[a]), std::move(warnings)};
+}
+
+Outcome Perform(Session& s, const FitDeviations& step) {
+  const int a = ArcNamed(step.arc);
+  RequireArcInUse(s, a);
+  Arc& arc = s.arc[a];
+  const int power = arc.fitPower;
+  ComputeDeviations(s, a);
+  arc.fitPower = step.power;
+  try {
+    halmek::FitDeviations(s, a);
+  } catch (const Refusal&) {
+    arc.fitPower = power;
+    throw;
+  }
+
+  int worst = 1;
+  const auto residual = [&](int k) { return arc.Deviation(k) - CorrectionAt(arc, arc.ArcLineColumn(k)); };
+  for (int k = 2; k <= arc.LineCount; ++k)
+    if (std::fabs(residual(k)) > std::fabs(residual(worst)))
+      worst = k;
+  const double rms = DeviationRms(arc);
+  return {"power " + std::to_string(step.power) + " through " + Count(arc.LineCount, "line") + ", RMS " +
+              Fixed(rms, 4) + " Angstroms (" + Fixed(std::fabs(rms / arc.linSlope), 3) +
+              " pixels), largest " + Fixed(residual(worst), 4) + " at " +
+              GeneralText(arc.ArcLineWavelength(worst)),
+          {}};
+}
+
+Outcome Perform(Session& s, const Correct&) {
+  Warnings warnings = CorrectDispersion(s);
+  const int n = Pixels(s.slot[slots::object]);
+  double least = CorrectionShift(s, 1), most = least;
+  for (int i = 2; i <= n; ++i) {
+    least = std::min(least, CorrectionShift(s, i));
+    most = std::max(most, CorrectionShift(s, i));
+  }
+  return {std::to_string(n) + " pixels from " + Fixed(s.dispStart, 3) + " Angstroms in steps of " +
+              Fixed(s.dispStep, 7) + "; shifts of " + Fixed(least, 2) + " to " + Fixed(most, 2) + " pixels",
+          std::move(warnings)};
+}
+
+}  // namespace halmek::steps

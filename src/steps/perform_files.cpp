@@ -1,0 +1,197 @@
+// The steps that read and write files.
+#include <filesystem>
+#include <optional>
+
+#include "calib/arc_plot.h"
+#include "calib/deviations.h"
+#include "calib/line_list.h"
+#include "calib/line_mask.h"
+#include "calib/wavelength_table.h"
+#include "files/atomic_write.h"
+#include "fits/fits_reader.h"
+#include "fits/fits_writer.h"
+#include "fits/text_export.h"
+#include "plot/number_text.h"
+#include "plot/svg.h"
+#include "reduce/column_slice.h"
+#include "reduce/continuum.h"
+#include "reduce/row_plot.h"
+#include "steps/perform.h"
+#include "steps/slot_names.h"
+
+namespace halmek::steps {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string Text(double value) {
+  return GeneralText(static_cast<float>(value));
+}
+
+std::string TypeName(int pixelType) {
+  switch (pixelType) {
+    case 16:
+      return "16-bit";
+    case 17:
+      return "16-bit unsigned";
+    case 32:
+      return "32-bit integer";
+    case -32:
+      return "32-bit real";
+    default:
+      return "64-bit real";
+  }
+}
+
+std::string Described(const FitsHeader& header, const std::string& size, double least, double most) {
+  return size + " pixels, " + TypeName(header.pixelType) + ", " + Text(least) + " to " + Text(most) +
+         (header.objectName.empty() ? "" : ", object " + header.objectName);
+}
+
+Outcome LoadFrame(Session& s, const Load& step) {
+  s.currentSlot = slots::frame;
+  s.daoFrame = step.what == "dao";
+  Warnings warnings = LoadFits2D(s, step.file);
+  return {Described(s.slot[slots::frame], std::to_string(Columns(s)) + " x " + std::to_string(Rows(s)),
+                    s.imageMin, s.imageMax),
+          std::move(warnings)};
+}
+
+Outcome LoadSpectrum(Session& s, const Load& step) {
+  const int slot = SlotNamed(step.what);
+  if (slot == slots::arc2 && !s.workflow.loadArc2Enabled)
+    throw Refusal("Hey, the number of arc files is 1!  Set it to 2 to load Arc 2.");
+  s.currentSlot = slot;
+  Warnings warnings = LoadFits1D(s, slot, step.file);
+  const Slot& loaded = s.slot[slot];
+  return {Described(loaded, std::to_string(Pixels(loaded)), loaded.spectrumMin, loaded.spectrumMax),
+          std::move(warnings)};
+}
+
+// The name that the save window proposes.
+std::string DefaultName(const Session& s, int slot) {
+  const std::string& name = s.slot[slot].fileName;
+  switch (slot) {
+    case slots::frame:
+      return BaseName(name) + ".fts";
+    case slots::object:
+      return BaseName(name) + "cal.fts";
+    default:
+      return name;
+  }
+}
+
+void RequireSavable(const Session& s, int slot) {
+  if (slot == slots::frame)
+    RequireFrame(s);
+  RequireLoaded(s, slot);
+  if (slot == slots::object && !s.workflow.saveObjectEnabled)
+    throw Refusal("Hey, you need to correct the dispersion of the object first!");
+}
+
+Outcome WriteDrawing(Session& s, const std::string& file, const Drawing& drawing) {
+  const std::string path = FullName(s, file);
+  AtomicWrite(path, SvgOf(drawing));
+  s.writtenFiles.push_back(path);
+  return {"wrote " + file, {}};
+}
+
+}  // namespace
+
+Outcome Perform(Session& s, const Folder& step) {
+  const std::string folder = FullName(s, step.directory);
+  std::error_code failed;
+  if (!fs::is_directory(folder, failed))
+    throw RunTimeError(run_time_error::pathNotFound);
+  s.dataFolder = fs::path(folder).lexically_normal().string();
+  return {s.dataFolder, {}};
+}
+
+Outcome Perform(Session& s, const Load& step) {
+  if (step.what == "table") {
+    LoadWavelengthTable(s, step.file);
+    return {std::to_string(s.wavelengthTable.wlCount) + " wavelengths", {}};
+  }
+  if (step.what == "mask") {
+    LoadMask(s, step.file);
+    return {std::to_string(s.mask.maskCount) + " lines", {}};
+  }
+  return step.what == "frame" || step.what == "dao" ? LoadFrame(s, step) : LoadSpectrum(s, step);
+}
+
+Outcome Perform(Session& s, const Save& step) {
+  const int slot = SlotNamed(step.what);
+  RequireSavable(s, slot);
+  s.currentSlot = slot;
+  s.slot[slot].savePixelType = step.pixelType;
+  const std::string file = step.file.empty() ? DefaultName(s, slot) : step.file;
+  Warnings warnings = slot == slots::frame ? SaveFits2D(s, file) : SaveFits1D(s, slot, file);
+  return {"wrote " + file + " as " + TypeName(step.pixelType), std::move(warnings)};
+}
+
+Outcome Perform(Session& s, const SaveMask& step) {
+  const int a = ArcNamed(step.arc);
+  RequireArcInUse(s, a);
+  halmek::SaveMask(s, a, step.file);
+  return {"wrote " + step.file + ", " + std::to_string(s.mask.maskCount) + " lines", {}};
+}
+
+Outcome Perform(Session& s, const Export& step) {
+  const int slot = SlotNamed(step.what);
+  RequireLoaded(s, slot);
+  s.currentSlot = slot;
+  if (slot == slots::frame)
+    SaveFrameText(s, step.file);
+  else
+    SaveSpectrumText(s, slot, step.file);
+  return {"wrote " + step.file, {}};
+}
+
+Outcome Perform(Session& s, const Header& step) {
+  const int slot = SlotNamed(step.what);
+  if (s.slot[slot].fileName.empty())
+    throw Refusal("Hey, no file has been loaded.");
+  s.currentSlot = slot;
+  std::string cards;
+  for (int k = 1; k <= s.slot[slot].cardCount; ++k)
+    cards += "\n" + s.slot[slot].card(k);
+  return {std::to_string(s.slot[slot].cardCount) + " cards" + cards, {}};
+}
+
+Outcome Perform(Session& s, const PlotRow& step) {
+  RequireFrame(s);
+  if (step.row < 1)
+    throw Refusal("Row " + std::to_string(step.row) + " is outside 1 to " + std::to_string(Rows(s)) +
+                  ".  Please try again.");
+  OpenRowPlot(s, step.row);
+  const auto drawing = DrawRowPlot(s, {s.plotRow.width, s.plotRow.height});
+  if (!drawing)
+    throw Refusal(Columns(s) <= 1 ? "A frame of one column has no rows to plot."
+                                  : RowNotShownMessage(step.row));
+  return WriteDrawing(s, step.file, *drawing);
+}
+
+Outcome Perform(Session& s, const PlotColumn& step) {
+  RequireFrame(s);
+  if (step.column < 1 || step.column > Columns(s))
+    throw Refusal("Column " + std::to_string(step.column) + " is outside 1 to " + std::to_string(Columns(s)) +
+                  ".  Please try again.");
+  s.slice.sliceColumn = step.column;
+  return WriteDrawing(s, step.file, DrawColumnPlot(s, {s.plotColumn.width, s.plotColumn.height}));
+}
+
+Outcome Perform(Session& s, const Plot& step) {
+  const auto size = [](const SizedPlacement& p) { return WindowSize{p.width, p.height}; };
+  if (step.what == "continuum") {
+    RequireLoaded(s, slots::spectrum);
+    return WriteDrawing(s, step.file, PlotContinuum(s, size(s.plotContinuum)));
+  }
+  const int a = step.what.back() - '0';
+  RequireArcInUse(s, a);
+  if (step.what.starts_with("arc"))
+    return WriteDrawing(s, step.file, PlotArc(s, a, size(s.plot1D[a])));
+  ComputeDeviations(s, a);
+  return WriteDrawing(s, step.file, PlotDeviations(s, a, size(s.plotWLDiff[a])));
+}
+
+}  // namespace halmek::steps

@@ -1,0 +1,169 @@
+// The steps on the frame and on the spectrum extracted from it.
+#include <algorithm>
+#include <utility>
+
+#include "plot/number_text.h"
+#include "reduce/background.h"
+#include "reduce/bad_column.h"
+#include "reduce/column_slice.h"
+#include "reduce/continuum.h"
+#include "reduce/crunch.h"
+#include "reduce/trim.h"
+#include "reduce/zap.h"
+#include "steps/perform.h"
+#include "steps/slot_names.h"
+
+namespace halmek::steps {
+namespace {
+
+std::string Text(double value) {
+  return GeneralText(static_cast<float>(value));
+}
+
+std::string Range(int first, int last) {
+  return std::to_string(std::min(first, last)) + " to " + std::to_string(std::max(first, last));
+}
+
+void RequireWithin(const char* what, int value, int last) {
+  if (value < 1 || value > last)
+    throw Refusal(std::string(what) + " " + std::to_string(value) + " is outside 1 to " +
+                  std::to_string(last) + ".  Please try again.");
+}
+
+void RequireSpectrum(const Session& s) {
+  RequireLoaded(s, slots::spectrum);
+}
+
+// Fits, normalises and accepts, as the window's buttons would one after the other.
+Outcome FitAndNormalize(Session& s) {
+  FitContinuum(s);
+  const int points = s.continuum.continuumPointCount;
+  Warnings warnings = NormalizeContinuum(s);
+  AcceptContinuum(s);
+  return {"power " + std::to_string(s.continuum.fittedPower) + " through " + std::to_string(points) +
+              " points, continuum at " + Text(s.continuum.continuumFitMax),
+          std::move(warnings)};
+}
+
+}  // namespace
+
+Outcome Perform(Session& s, const FixColumn& step) {
+  RequireFrame(s);
+  if (!s.workflow.fixColumnEnabled)
+    throw Refusal("A column of this frame has been fixed already.  Load the frame again to fix another.");
+  halmek::FixColumn(s, step.column);
+  return {"column " + std::to_string(s.badColumn) + " repaired; row " + std::to_string(s.traceRow) +
+              " is the brightest near it",
+          {}};
+}
+
+Outcome Perform(Session& s, const Trim& step) {
+  RequireFrame(s);
+  if (s.frameTrimmed)
+    throw Refusal("This frame has been trimmed already.  Load the frame again to trim it.");
+  TrimTo(s, step.col1, step.row1, step.col2, step.row2);
+  return {std::to_string(Columns(s)) + " x " + std::to_string(Rows(s)) + " pixels kept", {}};
+}
+
+Outcome Perform(Session& s, const Zap& step) {
+  RequireFrame(s);
+  RequireWithin("Row", step.row, Rows(s));
+  RequireWithin("Column", step.first, Columns(s));
+  RequireWithin("Column", step.last, Columns(s));
+  RowPlot& plot = s.rowPlot;
+  const int shownRow = std::exchange(plot.plotRow, step.row);
+  plot.zapNeighbours = NeighboursFor(step.neighbours);
+  plot.zapSelected = true;
+  plot.zapFirst = std::min(step.first, step.last);
+  plot.zapLast = std::max(step.first, step.last);
+  try {
+    const double mean = halmek::Zap(s);
+    return {"columns " + Range(step.first, step.last) + " of row " + std::to_string(step.row) + " are now " +
+                Text(mean),
+            {}};
+  } catch (const Refusal&) {
+    plot.plotRow = shownRow;
+    ClearZapSelection(plot);
+    throw;
+  }
+}
+
+Outcome Perform(Session& s, const UndoZap&) {
+  if (!halmek::UndoZap(s))
+    throw Refusal("Hey, there is no zap to undo!");
+  return {"columns " + Range(s.rowPlot.undoFirst, s.rowPlot.undoLast) + " of row " +
+              std::to_string(s.rowPlot.undoRow) + " are back",
+          {}};
+}
+
+Outcome Perform(Session& s, const Aperture& step) {
+  RequireFrame(s);
+  SetAperture(s, step.first, step.last);
+  return {"rows " + Range(step.first, step.last), {}};
+}
+
+Outcome Perform(Session& s, const Background& step) {
+  RequireFrame(s);
+  const halmek::Slice selection = s.slice;
+  const int power = s.background.backgroundPower;
+  try {
+    SetBackgroundRanges(s, step.first1, step.last1, step.first2, step.last2);
+    s.background.backgroundPower = step.power;
+    FitBackground(s);
+  } catch (const Failure&) {
+    s.slice = selection;
+    s.background.backgroundPower = power;
+    throw;
+  }
+  const int column = std::max(1, Columns(s) / 2), row = std::max(1, Rows(s) / 2);
+  return {"power " + std::to_string(step.power) + " through " + std::to_string(s.background.BackgroundCount) +
+              " rows; " + Text(BackgroundAt(s.background, column, row)) + " at column " +
+              std::to_string(column) + ", row " + std::to_string(row),
+          {}};
+}
+
+Outcome Perform(Session& s, const Crunch&) {
+  RequireFrame(s);
+  CrunchFrame(s);
+  const Slot& spectrum = s.slot[slots::spectrum];
+  return {std::to_string(Pixels(spectrum)) + " pixels from rows " +
+              Range(s.slice.apertureFirstRow, s.slice.apertureLastRow) + ", peak " +
+              Text(spectrum.spectrumPeak),
+          {}};
+}
+
+Outcome Perform(Session& s, const NormalizeAuto& step) {
+  RequireSpectrum(s);
+  s.manualFit = 0;
+  s.continuum.continuumInterval = step.interval;
+  s.continuum.continuumPower = step.power;
+  return FitAndNormalize(s);
+}
+
+Outcome Perform(Session& s, const NormalizePoints& step) {
+  RequireSpectrum(s);
+  for (int column : step.columns)
+    RequireWithin("Column", column, Pixels(s.slot[slots::spectrum]));
+  s.manualFit = -1;
+  s.continuum.continuumPower = step.power;
+  s.continuum.continuumPointCount = 0;
+  try {
+    for (int column : step.columns)
+      if (!AddContinuumPoint(s, column))
+        throw Refusal("There is no positive pixel near column " + std::to_string(column) +
+                      ".  Please try again.");
+    return FitAndNormalize(s);
+  } catch (const Refusal&) {
+    s.continuum.continuumPointCount = 0;
+    throw;
+  }
+}
+
+Outcome Perform(Session& s, const Revert&) {
+  RequireSpectrum(s);
+  if (!RevertContinuum(s))
+    throw Refusal("Hey, there is no normalisation to revert!");
+  return {"the spectrum is as it was before the normalisation", {}};
+}
+
+}  // namespace halmek::steps

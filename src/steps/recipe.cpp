@@ -1,0 +1,135 @@
+// Recipes.
+#include "steps/recipe.h"
+
+#include "files/text_records.h"
+
+namespace halmek {
+namespace {
+
+bool IsBlank(char c) {
+  return c == ' ' || c == '\t';
+}
+
+bool IsNameStart(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+}
+
+bool IsNameCharacter(char c) {
+  return IsNameStart(c) || (c >= '0' && c <= '9');
+}
+
+// Takes the words of a line one by one.
+class Scanner {
+ public:
+  Scanner(std::string_view line, const Variables& variables) : rest_(line), variables_(variables) {}
+
+  bool AtEnd() {
+    while (!rest_.empty() && IsBlank(rest_[0]))
+      rest_.remove_prefix(1);
+    return rest_.empty() || rest_[0] == '#';
+  }
+
+  std::string Word() {
+    std::string word;
+    bool quoted = false;
+    while (!rest_.empty() && (quoted || !IsBlank(rest_[0]))) {
+      if (rest_.starts_with("\"\"") && quoted) {
+        word += '"';
+        rest_.remove_prefix(2);
+      } else if (rest_[0] == '"') {
+        quoted = !quoted;
+        rest_.remove_prefix(1);
+      } else if (rest_[0] == '$') {
+        word += Replacement();
+      } else {
+        word += rest_[0];
+        rest_.remove_prefix(1);
+      }
+    }
+    if (quoted)
+      throw NotUnderstood("a double quote is not closed");
+    return word;
+  }
+
+ private:
+  // What stands for the dollar sign and the name behind it.
+  std::string Replacement() {
+    rest_.remove_prefix(1);
+    if (rest_.starts_with('$')) {
+      rest_.remove_prefix(1);
+      return "$";
+    }
+    const bool braced = rest_.starts_with('{');
+    const size_t start = braced ? 1 : 0;
+    size_t end = start;
+    while (end < rest_.size() && (end == start ? IsNameStart(rest_[end]) : IsNameCharacter(rest_[end])))
+      ++end;
+    const std::string name(rest_.substr(start, end - start));
+    if (name.empty() || (braced && (end == rest_.size() || rest_[end] != '}')))
+      throw NotUnderstood(
+          "a dollar sign needs a name behind it, as in $star or ${star}; write $$ for the sign");
+    rest_.remove_prefix(braced ? end + 1 : end);
+    const auto found = variables_.find(name);
+    if (found == variables_.end())
+      throw NotUnderstood("$" + name + " has no value; give it one as in " + name + "=VALUE");
+    return found->second;
+  }
+
+  std::string_view rest_;
+  const Variables& variables_;
+};
+
+}  // namespace
+
+std::vector<std::string> WordsOf(std::string_view line, const Variables& variables) {
+  std::vector<std::string> words;
+  for (Scanner scanner(line, variables); !scanner.AtEnd();)
+    words.push_back(scanner.Word());
+  return words;
+}
+
+std::vector<RecipeLine> ParseRecipe(std::string_view text, const Variables& variables) {
+  if (text.starts_with("\xEF\xBB\xBF"))
+    text.remove_prefix(3);
+  std::vector<RecipeLine> lines;
+  int number = 0;
+  for (std::string_view line : Lines(text)) {
+    ++number;
+    try {
+      const std::vector<std::string> words = WordsOf(line, variables);
+      if (!words.empty())
+        lines.push_back({number, StepOf(words)});
+    } catch (const NotUnderstood& problem) {
+      throw RecipeStopped(number, problem.what());
+    }
+  }
+  return lines;
+}
+
+void RunRecipe(Session& session, const std::vector<RecipeLine>& lines,
+               const std::function<void(const RecipeLine&, const Outcome&)>& report) {
+  for (const RecipeLine& line : lines) {
+    try {
+      report(line, Perform(session, line.step));
+    } catch (const Failure& failure) {
+      throw RecipeStopped(line.number, FailureLine(FileOf(line.step), failure));
+    }
+  }
+}
+
+std::string FailureLine(const std::string& file, const Failure& failure) {
+  std::string line = file.empty() ? failure.text() : file + ": " + failure.text();
+  line.erase(line.find_last_not_of(' ') + 1);
+  if (!failure.detail().empty())
+    line += " (" + failure.detail() + ")";
+  return line;
+}
+
+std::string JournalText(const Session& session) {
+  std::string text;
+  for (const std::string& line : session.journal)
+    text += line + "\n";
+  return text;
+}
+
+}  // namespace halmek

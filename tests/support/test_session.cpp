@@ -1,0 +1,113 @@
+// Sessions and folders for tests.
+#include "support/test_session.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <fstream>
+#include <sstream>
+
+#include "fits/header.h"
+
+namespace halmek::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+void SetHeader(FitsHeader& header, int naxis, int naxis1, int naxis2) {
+  header = FitsHeader{};
+  const auto add = [&](const char* keyword, const std::string& value) {
+    return AppendCard(header, NumberCard(keyword, value, " /"));
+  };
+  add("SIMPLE", "T");
+  header.bitpixCard = add("BITPIX", "-32");
+  header.naxisCard = add("NAXIS", std::to_string(naxis));
+  header.naxis1Card = add("NAXIS1", std::to_string(naxis1));
+  if (naxis > 1)
+    header.naxis2Card = add("NAXIS2", std::to_string(naxis2));
+  AppendCard(header, "OBJECT  = 'Test star'");
+  header.objectName = "Test star";
+  header.bitpix = header.pixelType = -32;
+  header.naxis = naxis;
+  header.naxis1 = naxis1;
+  header.naxis2 = naxis > 1 ? naxis2 : 0;
+  PadCards(header);
+}
+
+}  // namespace
+
+TemporaryFolder::TemporaryFolder() {
+  static std::atomic<int> count{0};
+  path_ =
+      fs::temp_directory_path() / ("halmek-test-" + std::to_string(getpid()) + "-" + std::to_string(++count));
+  fs::create_directories(path_);
+}
+
+TemporaryFolder::~TemporaryFolder() {
+  std::error_code ignored;
+  fs::remove_all(path_, ignored);
+}
+
+std::unique_ptr<Session> SessionIn(const std::string& folder) {
+  auto session = std::make_unique<Session>();
+  session->dataFolder = folder;
+  return session;
+}
+
+void SetFrame(Session& s, int columns, int rows, const std::function<double(int, int)>& value) {
+  Slot& frame = s.slot[slots::frame];
+  SetHeader(frame, 2, columns, rows);
+  frame.fileName = "frame.fts";
+  s.imageMin = 99999;
+  s.imageMax = -99999;
+  for (int row = 1; row <= rows; ++row) {
+    for (int column = 1; column <= columns; ++column) {
+      const double v = value(column, row);
+      s.image(row, column) = v;
+      s.imageMin = std::min(s.imageMin, v);
+      s.imageMax = std::max(s.imageMax, v);
+    }
+  }
+  s.workflow.trimEnabled = s.workflow.fixColumnEnabled = true;
+  s.workflow.sliceEnabled = s.workflow.fixTraceEnabled = true;
+}
+
+void SetSpectrum(Session& s, int slot, const std::vector<double>& values) {
+  Slot& spectrum = s.slot[slot];
+  SetHeader(spectrum, 1, static_cast<int>(values.size()), 1);
+  spectrum.fileName = "spectrum" + std::to_string(slot) + ".fts";
+  std::copy(values.begin(), values.end(),
+            spectrum.spectrum.Range(1, static_cast<int>(values.size())).begin());
+  s.workflow.correctEnabled = s.workflow.correctEnabled || slot == slots::object;
+}
+
+std::string ReadFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::ostringstream bytes;
+  bytes << file.rdbuf();
+  return bytes.str();
+}
+
+void WriteFile(const std::string& path, const std::string& bytes) {
+  std::ofstream(path, std::ios::binary) << bytes;
+}
+
+std::vector<std::string> FilesIn(const std::string& folder) {
+  std::vector<std::string> names;
+  for (const auto& entry : fs::directory_iterator(folder))
+    names.push_back(entry.path().filename().string());
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+std::string RefusalOf(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const Failure& failure) {
+    return failure.text();
+  }
+  return {};
+}
+
+}  // namespace halmek::test
