@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 #include "files/failure.h"
 #include "numeric/rounding.h"
@@ -49,19 +50,90 @@ void Widen(PixelRange& range, double low, double high) {
   range.max = std::max(range.max, high);
 }
 
-// Stored signed numbers of the word's size, each offset by a constant. `flip` turns unsigned into signed.
-template <class Word, class Signed>
-void DecodeIntegers(const std::byte* bytes, std::span<double> values, Word flip, double offset,
-                    PixelRange& range) {
-  Signed low = std::numeric_limits<Signed>::max(), high = std::numeric_limits<Signed>::min();
+// Stored signed numbers of 16 bits, each offset by a constant. `flip` turns unsigned into signed.
+void DecodeIntegers16(const std::byte* bytes, std::span<double> values, uint16_t flip, double offset,
+                      PixelRange& range) {
+  int16_t low = std::numeric_limits<int16_t>::max(), high = std::numeric_limits<int16_t>::min();
   double* out = values.data();
   for (size_t i = 0; i < values.size(); ++i) {
-    const auto stored = static_cast<Signed>(static_cast<Word>(WordAt<Word>(bytes, i) ^ flip));
-    low = std::min(low, stored);
-    high = std::max(high, stored);
-    out[i] = static_cast<double>(stored) + offset;
+    const auto stored = static_cast<int16_t>(WordAt<uint16_t>(bytes, i) ^ flip);
+    low = stored < low ? stored : low;
+    high = stored > high ? stored : high;
+    out[i] = stored + offset;
   }
-  Widen(range, static_cast<double>(low) + offset, static_cast<double>(high) + offset);
+  Widen(range, low + offset, high + offset);
+}
+
+// The bits of a real number as an integer that orders as the numbers do. The range is found on such keys,
+// since compilers may reorder comparisons of integers, but not of reals.
+template <class Signed>
+constexpr Signed OrderKey(Signed bits) {
+  return bits ^ ((bits >> (sizeof(bits) * 8 - 1)) & std::numeric_limits<Signed>::max());
+}
+
+// Four pixels of 32 bits at a time, in the vector types of g++ and clang: by themselves the compilers do not
+// vectorise the swap of four bytes for every processor.
+using Words4 = uint32_t __attribute__((vector_size(16)));
+using Integers4 = int32_t __attribute__((vector_size(16)));
+using Singles4 = float __attribute__((vector_size(16)));
+using Doubles4 = double __attribute__((vector_size(32)));
+
+template <bool isReal>
+struct Decoder32 {
+  Integers4 low = Integers4{} + std::numeric_limits<int32_t>::max();
+  Integers4 high = Integers4{} + std::numeric_limits<int32_t>::min();
+
+  void Decode4(const std::byte* in, double* out) {
+    Words4 words;
+    std::memcpy(&words, in, sizeof(words));
+    words = ((words & 0x00FF00FFu) << 8) | ((words >> 8) & 0x00FF00FFu);
+    words = (words << 16) | (words >> 16);
+
+    Integers4 key = std::bit_cast<Integers4>(words);
+    Doubles4 values;
+    if constexpr (isReal) {
+      values = __builtin_convertvector(std::bit_cast<Singles4>(words), Doubles4);
+      key ^= (key >> 31) & std::numeric_limits<int32_t>::max();
+    } else {
+      values = __builtin_convertvector(key, Doubles4);
+    }
+    low = low > key ? key : low;
+    high = key > high ? key : high;
+    std::memcpy(out, &values, sizeof(values));
+  }
+
+  // The keys of the smallest and the largest pixel.
+  std::pair<int32_t, int32_t> Decode(const std::byte* in, std::span<double> values) {
+    const size_t whole = values.size() / 4 * 4;
+    for (size_t i = 0; i < whole; i += 4)
+      Decode4(in + 4 * i, values.data() + i);
+    if (whole < values.size()) {
+      // The last pixels, made up to four by repeating the first of them.
+      std::array<std::byte, 16> bytes;
+      std::array<double, 4> decoded;
+      for (size_t i = 0; i < 4; ++i)
+        std::memcpy(&bytes[4 * i], in + 4 * (whole + i < values.size() ? whole + i : whole), 4);
+      Decode4(bytes.data(), decoded.data());
+      std::copy_n(decoded.begin(), values.size() - whole,
+                  values.begin() + static_cast<std::ptrdiff_t>(whole));
+    }
+    const auto lane = [](Integers4 v, int i) { return v[i]; };
+    return {std::min({lane(low, 0), lane(low, 1), lane(low, 2), lane(low, 3)}),
+            std::max({lane(high, 0), lane(high, 1), lane(high, 2), lane(high, 3)})};
+  }
+};
+
+std::pair<int64_t, int64_t> DecodeDoubles(const std::byte* bytes, std::span<double> values) {
+  int64_t low = std::numeric_limits<int64_t>::max(), high = std::numeric_limits<int64_t>::min();
+  double* out = values.data();
+  for (size_t i = 0; i < values.size(); ++i) {
+    const uint64_t word = WordAt<uint64_t>(bytes, i);
+    const int64_t key = OrderKey(static_cast<int64_t>(word));
+    low = key < low ? key : low;
+    high = key > high ? key : high;
+    out[i] = std::bit_cast<double>(word);
+  }
+  return {low, high};
 }
 
 // A real number whose exponent is all ones, taken as if it were an ordinary one.
@@ -74,50 +146,24 @@ double BeyondRange(uint64_t bits) {
   return (bits >> 63) != 0 ? -largest : largest;
 }
 
-template <class Word, class Real>
-void DecodeReals(const std::byte* bytes, std::span<double> values, PixelRange& range) {
-  constexpr Word signBit = Word{1} << (sizeof(Word) * 8 - 1);
-  constexpr Word allOnes = std::bit_cast<Word>(std::numeric_limits<Real>::infinity());
-  // Independent lanes, since compilers may not reorder comparisons of reals by themselves.
-  constexpr size_t lanes = 8;
-  std::array<Real, lanes> low, high;
-  low.fill(std::numeric_limits<Real>::infinity());
-  high.fill(-std::numeric_limits<Real>::infinity());
-  std::array<Word, lanes> beyond{};
-
-  double* out = values.data();
-  const size_t n = values.size();
-  const size_t whole = n - n % lanes;
-  for (size_t i = 0; i < whole; i += lanes) {
-    for (size_t lane = 0; lane < lanes; ++lane) {
-      const Word word = WordAt<Word>(bytes, i + lane);
-      const Real value = std::bit_cast<Real>(word);
-      beyond[lane] |= static_cast<Word>((word & ~signBit) >= allOnes);
-      low[lane] = value < low[lane] ? value : low[lane];
-      high[lane] = value > high[lane] ? value : high[lane];
-      out[i + lane] = static_cast<double>(value);
-    }
-  }
-  for (size_t i = whole; i < n; ++i) {
-    const Word word = WordAt<Word>(bytes, i);
-    const Real value = std::bit_cast<Real>(word);
-    beyond[0] |= static_cast<Word>((word & ~signBit) >= allOnes);
-    low[0] = value < low[0] ? value : low[0];
-    high[0] = value > high[0] ? value : high[0];
-    out[i] = static_cast<double>(value);
-  }
-
-  if (std::any_of(beyond.begin(), beyond.end(), [](Word b) { return b != 0; })) {
-    for (size_t i = 0; i < n; ++i) {
-      const Word word = WordAt<Word>(bytes, i);
-      if ((word & ~signBit) >= allOnes)
-        out[i] = BeyondRange(word);
-      Widen(range, out[i], out[i]);
-    }
+// Widens the range by the keys of decoded reals. Where there are infinities or not-a-numbers, which order
+// beyond all others at either end, they are decoded once more.
+template <class Word, class Real, class Signed>
+void FinishReals(const std::byte* bytes, std::span<double> values, std::pair<Signed, Signed> keys,
+                 PixelRange& range) {
+  constexpr auto infinity = std::bit_cast<Signed>(std::numeric_limits<Real>::infinity());
+  const auto [low, high] = keys;
+  if (low > ~infinity && high < infinity) {
+    Widen(range, static_cast<double>(std::bit_cast<Real>(OrderKey(low))),
+          static_cast<double>(std::bit_cast<Real>(OrderKey(high))));
     return;
   }
-  Widen(range, static_cast<double>(*std::min_element(low.begin(), low.end())),
-        static_cast<double>(*std::max_element(high.begin(), high.end())));
+  for (size_t i = 0; i < values.size(); ++i) {
+    const Word word = WordAt<Word>(bytes, i);
+    if (static_cast<Signed>(word & std::numeric_limits<Signed>::max()) >= infinity)
+      values[i] = BeyondRange(word);
+    Widen(range, values[i], values[i]);
+  }
 }
 
 [[noreturn]] void ThrowOverflow(double value, const char* type) {
@@ -210,17 +256,20 @@ void DecodePixels(int pixelType, std::span<const std::byte> bytes, std::span<dou
     return;
   switch (pixelType) {
     case pixel_types::dao:
-      return DecodeIntegers<uint16_t, int16_t>(bytes.data(), values, 0x8000, 32768, range);
+      return DecodeIntegers16(bytes.data(), values, 0x8000, 32768, range);
     case pixel_types::signed16:
-      return DecodeIntegers<uint16_t, int16_t>(bytes.data(), values, 0, 0, range);
+      return DecodeIntegers16(bytes.data(), values, 0, 0, range);
     case pixel_types::unsigned16:
-      return DecodeIntegers<uint16_t, int16_t>(bytes.data(), values, 0, 32768, range);
-    case pixel_types::integer32:
-      return DecodeIntegers<uint32_t, int32_t>(bytes.data(), values, 0, 0, range);
+      return DecodeIntegers16(bytes.data(), values, 0, 32768, range);
+    case pixel_types::integer32: {
+      const auto [low, high] = Decoder32<false>().Decode(bytes.data(), values);
+      return Widen(range, low, high);
+    }
     case pixel_types::real32:
-      return DecodeReals<uint32_t, float>(bytes.data(), values, range);
+      return FinishReals<uint32_t, float>(bytes.data(), values,
+                                          Decoder32<true>().Decode(bytes.data(), values), range);
     case pixel_types::real64:
-      return DecodeReals<uint64_t, double>(bytes.data(), values, range);
+      return FinishReals<uint64_t, double>(bytes.data(), values, DecodeDoubles(bytes.data(), values), range);
     default:
       return;
   }

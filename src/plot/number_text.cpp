@@ -160,7 +160,9 @@ std::string FormatExponent(double value, int width, int& decimals) {
   decimals = std::max(0, std::min(decimals, width - 6));
   std::string s;
   if (std::fabs(value) <= 1e-16) {
-    s = "." + std::string(static_cast<size_t>(decimals), '0') + "D+00";
+    s = '.';
+    s.append(static_cast<size_t>(decimals), '0');
+    s += "D+00";
   } else if (!std::isfinite(value)) {
     s = GeneralText(value);
   } else {
