@@ -38,10 +38,8 @@ Drawing PlotArc(Session& s, int a, WindowSize window) {
   SetXRange(f, 1, static_cast<double>(values.size()));
   SetYRange(f, NiceLowerBound(smallest), NiceUpperBound(largest));
 
-  Drawing drawing{
-      .size = window,
-      .caption = PlotCaption("Arc " + std::to_string(a) + "   File:  ", slot.fileName, slot.objectName),
-      .items = {}};
+  Drawing drawing(window,
+                  PlotCaption("Arc " + std::to_string(a) + "   File:  ", slot.fileName, slot.objectName));
   DrawAxes(drawing, f, arcAxes);
   DrawStepCurve(drawing, f, values);
   MarkIdentifiedLines(drawing, s.arc[a], a);

@@ -123,8 +123,7 @@ Drawing PlotDeviations(Session& s, int a, WindowSize window) {
   SetXRange(f, 1, pixels);
   SetYRange(f, NiceLowerBound(smallest), NiceUpperBound(largest));
 
-  Drawing drawing{
-      .size = window, .caption = "Plot Wavelength Differences - Arc " + std::to_string(a), .items = {}};
+  Drawing drawing(window, "Plot Wavelength Differences - Arc " + std::to_string(a));
   DrawAxes(drawing, f, deviationAxes);
   DrawDots(drawing, arc);
   if (arc.DeviationCoef[arc.fitPower].power != 0)

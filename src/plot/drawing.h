@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -36,6 +37,7 @@ struct Line {
   int penWidth = 1;
 };
 
+// A curve, of which only what lies within the drawing's plot area is shown.
 struct Polyline {
   std::vector<Point> points;
   Colour colour;
@@ -64,8 +66,11 @@ struct WindowSize {
 };
 
 struct Drawing {
+  Drawing(WindowSize windowSize, std::string title) : size(windowSize), caption(std::move(title)) {}
+
   WindowSize size;
-  std::string caption;  // the window's title
+  std::string caption;                 // the window's title
+  Point plotTopLeft, plotBottomRight;  // the corners of the plot area
   std::vector<DrawingItem> items;
 
   void Add(DrawingItem item) { items.push_back(std::move(item)); }

@@ -94,6 +94,8 @@ void DrawBorder(Drawing& drawing, const PlotFrame& f) {
   drawing.Add(Line{{right, top}, {right, bottom}, colours::black});
   drawing.Add(Line{{right, bottom}, {left, bottom}, colours::black});
   drawing.Add(Line{{left, bottom}, {left, top}, colours::black});
+  drawing.plotTopLeft = {left, top};
+  drawing.plotBottomRight = {right, bottom};
 }
 
 // Truncation of mantissa x 10 -+ step to a limit, in tenths of the decade.

@@ -12,8 +12,8 @@ namespace {
 
 constexpr int twipsPerPixel = 15;
 constexpr int controlBand = 1350;  // from the lower edge up to below the axis title
-constexpr int fontSize = 195;
-constexpr int baseline = 170;  // from the top of a text down to its base line
+constexpr int fontSize = 165;
+constexpr int baseline = 150;  // from the top of a text down to its base line
 
 std::string Escaped(std::string_view bytes) {
   std::string text;
@@ -61,9 +61,22 @@ class Writer {
       Number(p.y);
       out_ += ' ';
     }
-    out_ += "\" fill=\"none\" stroke-linejoin=\"round\"";
+    out_ += "\" fill=\"none\" stroke-linejoin=\"round\" clip-path=\"url(#plot)\"";
     Stroke(line.colour, static_cast<float>(line.penWidth * twipsPerPixel));
     out_ += "/>\n";
+  }
+
+  // What curves are cut to.
+  void ClipPath(Point topLeft, Point bottomRight) {
+    out_ += "<clipPath id=\"plot\"><rect x=\"";
+    Number(topLeft.x);
+    out_ += "\" y=\"";
+    Number(topLeft.y);
+    out_ += "\" width=\"";
+    Number(bottomRight.x - topLeft.x);
+    out_ += "\" height=\"";
+    Number(bottomRight.y - topLeft.y);
+    out_ += "\"/></clipPath>\n";
   }
 
   void operator()(const Circle& circle) {
@@ -119,6 +132,7 @@ std::string SvgOf(const Drawing& drawing) {
                     std::to_string(fontSize) + "\">\n<title>" + Escaped(drawing.caption) +
                     "</title>\n<rect width=\"100%\" height=\"100%\" fill=\"white\"/>\n";
   Writer writer(out);
+  writer.ClipPath(drawing.plotTopLeft, drawing.plotBottomRight);
   writer(Text{{800, 40}, drawing.caption, {}});
   for (const DrawingItem& item : drawing.items)
     std::visit(writer, item);

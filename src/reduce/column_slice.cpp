@@ -102,9 +102,7 @@ Drawing DrawColumnPlot(Session& s, WindowSize window) {
   PrepareFrame(s, window, values);
 
   const PlotFrame& f = s.slice.colFrame;
-  Drawing drawing{.size = window,
-                  .caption = "Plot Column   File: " + frame.fileName + "   Object: " + frame.objectName,
-                  .items = {}};
+  Drawing drawing(window, "Plot Column   File: " + frame.fileName + "   Object: " + frame.objectName);
   DrawAxes(drawing, f, sliceAxes);
   DrawMarkers(drawing, s);
   if (s.background.backgroundFitted)

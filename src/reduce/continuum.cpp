@@ -101,8 +101,7 @@ Drawing PlotContinuum(Session& s, WindowSize window) {
   SetYRange(f, 0, NiceUpperBound(largest));
 
   const Slot& frame = s.slot[slots::frame];
-  Drawing drawing{
-      .size = window, .caption = PlotCaption("File:  ", frame.fileName, frame.objectName), .items = {}};
+  Drawing drawing(window, PlotCaption("File:  ", frame.fileName, frame.objectName));
   DrawAxes(drawing, f, continuumAxes);
   DrawStepCurve(drawing, f, values);
   DrawMarkers(drawing, s);

@@ -116,9 +116,7 @@ Drawing RepaintRowPlot(const Session& s, WindowSize window) {
   const RowPlot& plot = s.rowPlot;
   const PlotFrame& f = plot.rowFrame;
   const Slot& frame = s.slot[slots::frame];
-  Drawing drawing{.size = window,
-                  .caption = "Plot Row   File: " + frame.fileName + "   Object: " + frame.objectName,
-                  .items = {}};
+  Drawing drawing(window, "Plot Row   File: " + frame.fileName + "   Object: " + frame.objectName);
   DrawAxes(drawing, f, rowAxes);
   DrawStepCurve(drawing, f, s.image.Row(plot.plotRow, f.firstColumn, f.lastColumn));
   DrawSelections(drawing, plot);

@@ -44,8 +44,10 @@ std::string TypeName(int pixelType) {
 }
 
 std::string Described(const FitsHeader& header, const std::string& size, double least, double most) {
+  // Names may keep blanks from within their quotes.
+  const std::string name = header.objectName.substr(0, header.objectName.find_last_not_of(' ') + 1);
   return size + " pixels, " + TypeName(header.pixelType) + ", " + Text(least) + " to " + Text(most) +
-         (header.objectName.empty() ? "" : ", object " + header.objectName);
+         (name.empty() ? "" : ", object " + name);
 }
 
 Outcome LoadFrame(Session& s, const Load& step) {

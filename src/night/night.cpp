@@ -1,0 +1,147 @@
+// The plan of a sample night.
+#include "night/night.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <numbers>
+
+#include "night/lamp_lines.h"
+#include "night/noise.h"
+
+namespace halmek::night {
+namespace {
+
+constexpr double arcSeconds = 20, starSeconds = 900;
+constexpr double arcLead = 60;          // from the start of an arc to that of the star
+constexpr double slotSeconds = 1800;    // from one star to the next
+constexpr int starsOfANight = 18;       // the next one begins a day later
+constexpr double daySeconds = 86400;
+
+// Cosmic rays and natural radioactivity together, for pixels of 20 micrometres on a thick detector.
+constexpr double hitsPerPixelSecond = 1.5e-7;
+
+// A straight track: the pixels of it, row by row.
+std::vector<CosmicRay> Track(Noise& noise, const Layout& layout) {
+  constexpr int margin = 12;
+  const double column = noise.Uniform(margin, layout.litColumns - margin);
+  const double row = noise.Uniform(1, layout.rows);
+  const double angle = noise.Uniform(0, std::numbers::pi);
+  // Most particles come through steeply.
+  const double length = std::min(9.0, -1.5 * std::log(1 - noise.Uniform()));
+  const double electrons = 1200 * std::exp(0.8 * noise.Normal());
+
+  std::vector<CosmicRay> runs;
+  constexpr double step = 0.25;
+  for (double t = 0; t <= length; t += step) {
+    const int c = static_cast<int>(std::lround(column + t * std::cos(angle)));
+    const int r = static_cast<int>(std::lround(row + t * std::sin(angle)));
+    if (r > layout.rows)
+      break;
+    if (runs.empty() || runs.back().row != r)
+      runs.push_back({r, c, c, electrons});
+    runs.back().first = std::min(runs.back().first, c);
+    runs.back().last = std::max(runs.back().last, c);
+  }
+  return runs;
+}
+
+std::vector<CosmicRay> CosmicRays(const Options& options, const Layout& layout, double seconds, int number) {
+  Noise noise(options.seed, Stream::cosmicRays, number);
+  const double expected = hitsPerPixelSecond * seconds * layout.litColumns * layout.rows;
+  std::vector<CosmicRay> all;
+  for (auto tracks = noise.Poisson(expected); tracks > 0; --tracks)
+    for (const CosmicRay& run : Track(noise, layout))
+      all.push_back(run);
+  std::sort(all.begin(), all.end(), [](const CosmicRay& a, const CosmicRay& b) {
+    return a.row != b.row ? a.row < b.row : a.first < b.first;
+  });
+  return all;
+}
+
+Star PlanStar(const Options& options, const Layout& layout, int number) {
+  Noise noise(options.seed, Stream::star, number);
+  Star star;
+  star.number = number;
+  star.type = TypeOfStar(number);
+  star.lines = LinesOf(star.type);
+  star.velocity = std::round(noise.Uniform(-90, 90) * 100) / 100;
+  star.peak = std::round(noise.Uniform(15000, 25000));
+
+  // The telescope's new pointing bends the spectrograph a little; then it goes on bending while it tracks.
+  const double pointing = noise.Uniform(-0.3, 0.3);
+  const double halfDrift = (noise.Uniform() < 0.5 ? -1 : 1) * noise.Uniform(0.1, 0.2);
+  const double start =
+      (number - 1) / starsOfANight * daySeconds + (number - 1) % starsOfANight * slotSeconds;
+  const std::string label = std::to_string(number);
+  const auto plan = [&](const std::string& name, const std::string& object, double from, double seconds,
+                        double drift) {
+    Exposure e{name, object, start + from, seconds, drift, {}};
+    return e;
+  };
+  const double middle = arcLead + starSeconds / 2;
+  star.before = plan("arc" + label + "a", "Lamp before star " + label, 0, arcSeconds, pointing - halfDrift);
+  star.exposure = plan("star" + label, "Star " + label, arcLead, starSeconds, pointing);
+  star.after = plan("arc" + label + "b", "Lamp after star " + label, 2 * middle - arcSeconds, arcSeconds,
+                    pointing + halfDrift);
+  for (Exposure* e : {&star.before, &star.exposure, &star.after})
+    e->cosmicRays = CosmicRays(options, layout, e->seconds, ExposureNumber(star, *e));
+  return star;
+}
+
+// The lamp's lines that an observer would choose for a mask: strong, and so far from others and from whatever
+// spoils a line that a search around a column some pixels off finds them, and them alone.
+std::vector<MaskEntry> ChooseMask(const Instrument& instrument) {
+  constexpr double reach = 12;           // columns
+  constexpr double faintest = 0.003;     // of the strongest in the frame
+  constexpr double disturbing = 0.02;    // of the line itself
+  constexpr size_t most = 40;
+  constexpr double sinceThen = 1.3;      // columns by which the grating has moved since that night
+  const auto& [optics, layout] = instrument;
+
+  struct Candidate {
+    double column, strength, wavelength;
+  };
+  std::vector<Candidate> all, chosen;
+  for (const LampLine& line : LampLines())
+    all.push_back({ColumnOf(optics, line.wavelength), line.strength, line.wavelength});
+  for (const Candidate& line : all) {
+    const auto spoils = [&](const Candidate& other) {
+      return other.wavelength != line.wavelength && std::fabs(other.column - line.column) < reach &&
+             other.strength > disturbing * line.strength;
+    };
+    const bool isInside = line.column > layout.trimCol1 + reach && line.column < layout.trimCol2 - reach;
+    if (isInside && line.strength >= faintest && std::fabs(line.column - layout.badColumn) > reach &&
+        std::none_of(all.begin(), all.end(), spoils))
+      chosen.push_back(line);
+  }
+  std::stable_sort(chosen.begin(), chosen.end(),
+                   [](const Candidate& a, const Candidate& b) { return a.strength > b.strength; });
+  chosen.resize(std::min(chosen.size(), most));
+  std::sort(chosen.begin(), chosen.end(),
+            [](const Candidate& a, const Candidate& b) { return a.column < b.column; });
+
+  std::vector<MaskEntry> mask;
+  for (const Candidate& line : chosen) {
+    const double trimmed = line.column - (layout.trimCol1 - 1) + sinceThen;
+    mask.push_back({std::round(trimmed * 1000) / 1000, line.wavelength});
+  }
+  return mask;
+}
+
+}  // namespace
+
+int ExposureNumber(const Star& star, const Exposure& exposure) {
+  const int place = &exposure == &star.before ? 0 : &exposure == &star.exposure ? 1 : 2;
+  return 3 * (star.number - 1) + place;
+}
+
+Night PlanNight(const Options& options) {
+  Night night{options, MakeInstrument(options), {}, {}};
+  for (int number = 1; number <= options.stars; ++number)
+    night.stars.push_back(PlanStar(options, night.instrument.layout, number));
+  night.mask = ChooseMask(night.instrument);
+  return night;
+}
+
+}  // namespace halmek::night
