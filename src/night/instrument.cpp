@@ -11,7 +11,10 @@ constexpr int overscan = 48;
 constexpr int raggedColumns = 4, raggedRows = 2;  // at the edges of the detector
 
 Layout MakeLayout(const Options& options, double traceRow) {
-  Layout l{.columns = options.columns, .rows = options.rows, .litColumns = options.columns - overscan};
+  Layout l;
+  l.columns = options.columns;
+  l.rows = options.rows;
+  l.litColumns = options.columns - overscan;
   l.badColumn = static_cast<int>(std::lround(0.7992 * options.columns));
   l.trimCol1 = raggedColumns + 1;
   l.trimCol2 = l.litColumns;

@@ -13,9 +13,9 @@ namespace halmek::night {
 namespace {
 
 constexpr double arcSeconds = 20, starSeconds = 900;
-constexpr double arcLead = 60;          // from the start of an arc to that of the star
-constexpr double slotSeconds = 1800;    // from one star to the next
-constexpr int starsOfANight = 18;       // the next one begins a day later
+constexpr double arcLead = 60;        // from the start of an arc to that of the star
+constexpr double slotSeconds = 1800;  // from one star to the next
+constexpr int starsOfANight = 18;     // the next one begins a day later
 constexpr double daySeconds = 86400;
 
 // Cosmic rays and natural radioactivity together, for pixels of 20 micrometres on a thick detector.
@@ -46,9 +46,9 @@ std::vector<CosmicRay> Track(Noise& noise, const Layout& layout) {
   return runs;
 }
 
-std::vector<CosmicRay> CosmicRays(const Options& options, const Layout& layout, double seconds, int number) {
-  Noise noise(options.seed, Stream::cosmicRays, number);
-  const double expected = hitsPerPixelSecond * seconds * layout.litColumns * layout.rows;
+std::vector<CosmicRay> CosmicRays(const Options& options, const Layout& layout, const Exposure& exposure) {
+  Noise noise(options.seed, Stream::cosmicRays, exposure.number);
+  const double expected = hitsPerPixelSecond * exposure.seconds * layout.litColumns * layout.rows;
   std::vector<CosmicRay> all;
   for (auto tracks = noise.Poisson(expected); tracks > 0; --tracks)
     for (const CosmicRay& run : Track(noise, layout))
@@ -71,32 +71,35 @@ Star PlanStar(const Options& options, const Layout& layout, int number) {
   // The telescope's new pointing bends the spectrograph a little; then it goes on bending while it tracks.
   const double pointing = noise.Uniform(-0.3, 0.3);
   const double halfDrift = (noise.Uniform() < 0.5 ? -1 : 1) * noise.Uniform(0.1, 0.2);
-  const double start =
-      (number - 1) / starsOfANight * daySeconds + (number - 1) % starsOfANight * slotSeconds;
+  const double start = (number - 1) / starsOfANight * daySeconds + (number - 1) % starsOfANight * slotSeconds;
   const std::string label = std::to_string(number);
-  const auto plan = [&](const std::string& name, const std::string& object, double from, double seconds,
-                        double drift) {
-    Exposure e{name, object, start + from, seconds, drift, {}};
-    return e;
-  };
-  const double middle = arcLead + starSeconds / 2;
-  star.before = plan("arc" + label + "a", "Lamp before star " + label, 0, arcSeconds, pointing - halfDrift);
-  star.exposure = plan("star" + label, "Star " + label, arcLead, starSeconds, pointing);
-  star.after = plan("arc" + label + "b", "Lamp after star " + label, 2 * middle - arcSeconds, arcSeconds,
-                    pointing + halfDrift);
+  const int first = 3 * (number - 1);
+  star.before = {
+      first, "arc" + label + "a", "Lamp before star " + label, start, arcSeconds, pointing - halfDrift, {}};
+  star.exposure = {first + 1, "star" + label, "Star " + label, start + arcLead, starSeconds, pointing, {}};
+  star.after = {first + 2,
+                "arc" + label + "b",
+                "Lamp after star " + label,
+                start + 2 * arcLead + starSeconds - arcSeconds,
+                arcSeconds,
+                pointing + halfDrift,
+                {}};
   for (Exposure* e : {&star.before, &star.exposure, &star.after})
-    e->cosmicRays = CosmicRays(options, layout, e->seconds, ExposureNumber(star, *e));
+    e->cosmicRays = CosmicRays(options, layout, *e);
   return star;
 }
 
-// The lamp's lines that an observer would choose for a mask: strong, and so far from others and from whatever
-// spoils a line that a search around a column some pixels off finds them, and them alone.
+// The lamp's lines that an observer would choose for a mask: strong, and far enough from others and from
+// whatever spoils a line that a search around a column some pixels off finds them, and them alone.
 std::vector<MaskEntry> ChooseMask(const Instrument& instrument) {
-  constexpr double reach = 12;           // columns
-  constexpr double faintest = 0.003;     // of the strongest in the frame
-  constexpr double disturbing = 0.02;    // of the line itself
+  constexpr double searched = 12;     // columns from a line that a search for it may look at
+  constexpr double flank = 5;         // columns that a line beyond may reach in from there
+  constexpr double profile = 8;       // columns within which another line bends the profile
+  constexpr double luring = 0.3;      // strengths of others that matter, relative to the line:
+  constexpr double bending = 0.02;    //
+  constexpr double faintest = 0.003;  // of the lamp's strongest
   constexpr size_t most = 40;
-  constexpr double sinceThen = 1.3;      // columns by which the grating has moved since that night
+  constexpr double sinceThen = 1.3;  // columns by which the grating has moved since that night
   const auto& [optics, layout] = instrument;
 
   struct Candidate {
@@ -107,11 +110,14 @@ std::vector<MaskEntry> ChooseMask(const Instrument& instrument) {
     all.push_back({ColumnOf(optics, line.wavelength), line.strength, line.wavelength});
   for (const Candidate& line : all) {
     const auto spoils = [&](const Candidate& other) {
-      return other.wavelength != line.wavelength && std::fabs(other.column - line.column) < reach &&
-             other.strength > disturbing * line.strength;
+      const double distance = std::fabs(other.column - line.column);
+      return other.wavelength != line.wavelength &&
+             ((distance < profile && other.strength > bending * line.strength) ||
+              (distance < searched + flank && other.strength > luring * line.strength));
     };
-    const bool isInside = line.column > layout.trimCol1 + reach && line.column < layout.trimCol2 - reach;
-    if (isInside && line.strength >= faintest && std::fabs(line.column - layout.badColumn) > reach &&
+    const bool isInside =
+        line.column > layout.trimCol1 + searched && line.column < layout.trimCol2 - searched;
+    if (isInside && line.strength >= faintest && std::fabs(line.column - layout.badColumn) > searched &&
         std::none_of(all.begin(), all.end(), spoils))
       chosen.push_back(line);
   }
@@ -130,11 +136,6 @@ std::vector<MaskEntry> ChooseMask(const Instrument& instrument) {
 }
 
 }  // namespace
-
-int ExposureNumber(const Star& star, const Exposure& exposure) {
-  const int place = &exposure == &star.before ? 0 : &exposure == &star.exposure ? 1 : 2;
-  return 3 * (star.number - 1) + place;
-}
 
 Night PlanNight(const Options& options) {
   Night night{options, MakeInstrument(options), {}, {}};

@@ -18,6 +18,7 @@ struct CosmicRay {
 };
 
 struct Exposure {
+  int number = 0;      // in the order of the night, from 0
   std::string name;    // of the file, without its extension
   std::string object;  // as the observer called it
   double start = 0;    // seconds from the begin of the night
@@ -52,11 +53,5 @@ struct Night {
 };
 
 Night PlanNight(const Options& options);
-
-// The frames of a night in the order in which they were exposed.
-enum class Source { lamp, star };
-
-// The number of an exposure, for its stream of random numbers.
-int ExposureNumber(const Star& star, const Exposure& exposure);
 
 }  // namespace halmek::night

@@ -1,6 +1,6 @@
 // Every operation of the observer as a value: its name, its arguments in data coordinates, one line of help.
 //
-// A new operation is a struct here, its place in `Step`, and its Perform in one of the perform_*.cpp files.
+// A new operation is a struct here, its place in `Step`, and its Execute in one of the execute_*.cpp files.
 // Reading and writing it as text, its usage, the help and the journal follow from the struct. `Visit` names
 // the arguments in the order of the recipe's words.
 #pragma once

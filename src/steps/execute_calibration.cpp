@@ -9,7 +9,7 @@
 #include "numeric/number_prefix.h"
 #include "numeric/rounding.h"
 #include "plot/number_text.h"
-#include "steps/perform.h"
+#include "steps/execute.h"
 #include "steps/slot_names.h"
 
 namespace halmek::steps {
@@ -57,12 +57,12 @@ double ProposedWavelength(const Session& s, int a) {
 
 }  // namespace
 
-Outcome Perform(Session& s, const Arcs& step) {
+Outcome Execute(Session& s, const Arcs& step) {
   SetArcCount(s, step.count);
   return {Count(step.count, "arc") + " in use", {}};
 }
 
-Outcome Perform(Session& s, const Identify& step) {
+Outcome Execute(Session& s, const Identify& step) {
   const int a = ArcNamed(step.arc);
   Click(s, a, step.column);
   if (s.arc[a].PixelWavelength(s.peakPixel) != 0 && s.arc[a].LineCount >= 1)
@@ -77,7 +77,7 @@ Outcome Perform(Session& s, const Identify& step) {
           {}};
 }
 
-Outcome Perform(Session& s, const DeleteLine& step) {
+Outcome Execute(Session& s, const DeleteLine& step) {
   const int a = ArcNamed(step.arc);
   Click(s, a, step.column);
   const Arc& arc = s.arc[a];
@@ -90,7 +90,7 @@ Outcome Perform(Session& s, const DeleteLine& step) {
   return {Count(deleted, "line") + " dropped; " + LineSummary(arc), {}};
 }
 
-Outcome Perform(Session& s, const DeleteLines& step) {
+Outcome Execute(Session& s, const DeleteLines& step) {
   const int a = ArcNamed(step.arc);
   RequireArcInUse(s, a);
   const int count = s.arc[a].LineCount;
@@ -98,14 +98,14 @@ Outcome Perform(Session& s, const DeleteLines& step) {
   return {Count(count, "line") + " dropped", {}};
 }
 
-Outcome Perform(Session& s, const ApplyMask& step) {
+Outcome Execute(Session& s, const ApplyMask& step) {
   const int a = ArcNamed(step.arc);
   RequireArcInUse(s, a);
   Warnings warnings = halmek::ApplyMask(s, a);
   return {LineSummary(s.arc[a]), std::move(warnings)};
 }
 
-Outcome Perform(Session& s, const FitDeviations& step) {
+Outcome Execute(Session& s, const FitDeviations& step) {
   const int a = ArcNamed(step.arc);
   RequireArcInUse(s, a);
   Arc& arc = s.arc[a];
@@ -132,7 +132,7 @@ Outcome Perform(Session& s, const FitDeviations& step) {
           {}};
 }
 
-Outcome Perform(Session& s, const Correct&) {
+Outcome Execute(Session& s, const Correct&) {
   Warnings warnings = CorrectDispersion(s);
   const int n = Pixels(s.slot[slots::object]);
   double least = CorrectionShift(s, 1), most = least;

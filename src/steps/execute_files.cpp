@@ -16,7 +16,7 @@
 #include "reduce/column_slice.h"
 #include "reduce/continuum.h"
 #include "reduce/row_plot.h"
-#include "steps/perform.h"
+#include "steps/execute.h"
 #include "steps/slot_names.h"
 
 namespace halmek::steps {
@@ -100,7 +100,7 @@ Outcome WriteDrawing(Session& s, const std::string& file, const Drawing& drawing
 
 }  // namespace
 
-Outcome Perform(Session& s, const Folder& step) {
+Outcome Execute(Session& s, const Folder& step) {
   const std::string folder = FullName(s, step.directory);
   std::error_code failed;
   if (!fs::is_directory(folder, failed))
@@ -109,7 +109,7 @@ Outcome Perform(Session& s, const Folder& step) {
   return {s.dataFolder, {}};
 }
 
-Outcome Perform(Session& s, const Load& step) {
+Outcome Execute(Session& s, const Load& step) {
   if (step.what == "table") {
     LoadWavelengthTable(s, step.file);
     return {std::to_string(s.wavelengthTable.wlCount) + " wavelengths", {}};
@@ -121,7 +121,7 @@ Outcome Perform(Session& s, const Load& step) {
   return step.what == "frame" || step.what == "dao" ? LoadFrame(s, step) : LoadSpectrum(s, step);
 }
 
-Outcome Perform(Session& s, const Save& step) {
+Outcome Execute(Session& s, const Save& step) {
   const int slot = SlotNamed(step.what);
   RequireSavable(s, slot);
   s.currentSlot = slot;
@@ -131,14 +131,14 @@ Outcome Perform(Session& s, const Save& step) {
   return {"wrote " + file + " as " + TypeName(step.pixelType), std::move(warnings)};
 }
 
-Outcome Perform(Session& s, const SaveMask& step) {
+Outcome Execute(Session& s, const SaveMask& step) {
   const int a = ArcNamed(step.arc);
   RequireArcInUse(s, a);
   halmek::SaveMask(s, a, step.file);
   return {"wrote " + step.file + ", " + std::to_string(s.mask.maskCount) + " lines", {}};
 }
 
-Outcome Perform(Session& s, const Export& step) {
+Outcome Execute(Session& s, const Export& step) {
   const int slot = SlotNamed(step.what);
   RequireLoaded(s, slot);
   s.currentSlot = slot;
@@ -149,7 +149,7 @@ Outcome Perform(Session& s, const Export& step) {
   return {"wrote " + step.file, {}};
 }
 
-Outcome Perform(Session& s, const Header& step) {
+Outcome Execute(Session& s, const Header& step) {
   const int slot = SlotNamed(step.what);
   if (s.slot[slot].fileName.empty())
     throw Refusal("Hey, no file has been loaded.");
@@ -160,7 +160,7 @@ Outcome Perform(Session& s, const Header& step) {
   return {std::to_string(s.slot[slot].cardCount) + " cards" + cards, {}};
 }
 
-Outcome Perform(Session& s, const PlotRow& step) {
+Outcome Execute(Session& s, const PlotRow& step) {
   RequireFrame(s);
   if (step.row < 1)
     throw Refusal("Row " + std::to_string(step.row) + " is outside 1 to " + std::to_string(Rows(s)) +
@@ -173,7 +173,7 @@ Outcome Perform(Session& s, const PlotRow& step) {
   return WriteDrawing(s, step.file, *drawing);
 }
 
-Outcome Perform(Session& s, const PlotColumn& step) {
+Outcome Execute(Session& s, const PlotColumn& step) {
   RequireFrame(s);
   if (step.column < 1 || step.column > Columns(s))
     throw Refusal("Column " + std::to_string(step.column) + " is outside 1 to " + std::to_string(Columns(s)) +
@@ -182,7 +182,7 @@ Outcome Perform(Session& s, const PlotColumn& step) {
   return WriteDrawing(s, step.file, DrawColumnPlot(s, {s.plotColumn.width, s.plotColumn.height}));
 }
 
-Outcome Perform(Session& s, const Plot& step) {
+Outcome Execute(Session& s, const Plot& step) {
   const auto size = [](const SizedPlacement& p) { return WindowSize{p.width, p.height}; };
   if (step.what == "continuum") {
     RequireLoaded(s, slots::spectrum);

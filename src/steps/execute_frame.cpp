@@ -10,7 +10,7 @@
 #include "reduce/crunch.h"
 #include "reduce/trim.h"
 #include "reduce/zap.h"
-#include "steps/perform.h"
+#include "steps/execute.h"
 #include "steps/slot_names.h"
 
 namespace halmek::steps {
@@ -47,7 +47,7 @@ Outcome FitAndNormalize(Session& s) {
 
 }  // namespace
 
-Outcome Perform(Session& s, const FixColumn& step) {
+Outcome Execute(Session& s, const FixColumn& step) {
   RequireFrame(s);
   if (!s.workflow.fixColumnEnabled)
     throw Refusal("A column of this frame has been fixed already.  Load the frame again to fix another.");
@@ -57,7 +57,7 @@ Outcome Perform(Session& s, const FixColumn& step) {
           {}};
 }
 
-Outcome Perform(Session& s, const Trim& step) {
+Outcome Execute(Session& s, const Trim& step) {
   RequireFrame(s);
   if (s.frameTrimmed)
     throw Refusal("This frame has been trimmed already.  Load the frame again to trim it.");
@@ -65,7 +65,7 @@ Outcome Perform(Session& s, const Trim& step) {
   return {std::to_string(Columns(s)) + " x " + std::to_string(Rows(s)) + " pixels kept", {}};
 }
 
-Outcome Perform(Session& s, const Zap& step) {
+Outcome Execute(Session& s, const Zap& step) {
   RequireFrame(s);
   RequireWithin("Row", step.row, Rows(s));
   RequireWithin("Column", step.first, Columns(s));
@@ -88,7 +88,7 @@ Outcome Perform(Session& s, const Zap& step) {
   }
 }
 
-Outcome Perform(Session& s, const UndoZap&) {
+Outcome Execute(Session& s, const UndoZap&) {
   if (!halmek::UndoZap(s))
     throw Refusal("Hey, there is no zap to undo!");
   return {"columns " + Range(s.rowPlot.undoFirst, s.rowPlot.undoLast) + " of row " +
@@ -96,13 +96,13 @@ Outcome Perform(Session& s, const UndoZap&) {
           {}};
 }
 
-Outcome Perform(Session& s, const Aperture& step) {
+Outcome Execute(Session& s, const Aperture& step) {
   RequireFrame(s);
   SetAperture(s, step.first, step.last);
   return {"rows " + Range(step.first, step.last), {}};
 }
 
-Outcome Perform(Session& s, const Background& step) {
+Outcome Execute(Session& s, const Background& step) {
   RequireFrame(s);
   const halmek::Slice selection = s.slice;
   const int power = s.background.backgroundPower;
@@ -122,7 +122,7 @@ Outcome Perform(Session& s, const Background& step) {
           {}};
 }
 
-Outcome Perform(Session& s, const Crunch&) {
+Outcome Execute(Session& s, const Crunch&) {
   RequireFrame(s);
   CrunchFrame(s);
   const Slot& spectrum = s.slot[slots::spectrum];
@@ -132,7 +132,7 @@ Outcome Perform(Session& s, const Crunch&) {
           {}};
 }
 
-Outcome Perform(Session& s, const NormalizeAuto& step) {
+Outcome Execute(Session& s, const NormalizeAuto& step) {
   RequireSpectrum(s);
   s.manualFit = 0;
   s.continuum.continuumInterval = step.interval;
@@ -140,7 +140,7 @@ Outcome Perform(Session& s, const NormalizeAuto& step) {
   return FitAndNormalize(s);
 }
 
-Outcome Perform(Session& s, const NormalizePoints& step) {
+Outcome Execute(Session& s, const NormalizePoints& step) {
   RequireSpectrum(s);
   for (int column : step.columns)
     RequireWithin("Column", column, Pixels(s.slot[slots::spectrum]));
@@ -159,7 +159,7 @@ Outcome Perform(Session& s, const NormalizePoints& step) {
   }
 }
 
-Outcome Perform(Session& s, const Revert&) {
+Outcome Execute(Session& s, const Revert&) {
   RequireSpectrum(s);
   if (!RevertContinuum(s))
     throw Refusal("Hey, there is no normalisation to revert!");

@@ -1,0 +1,14 @@
+// halmek-night: makes a sample night with known truth.
+#include <exception>
+#include <iostream>
+
+#include "night/command_line.h"
+
+int main(int argc, char** argv) {
+  try {
+    return halmek::night::RunCommandLine(argc, argv, std::cout, std::cerr);
+  } catch (const std::exception& error) {
+    std::cerr << "halmek-night: " << error.what() << "\n";
+    return 1;
+  }
+}

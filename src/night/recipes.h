@@ -1,0 +1,19 @@
+// The recipes that reduce a sample night.
+#pragma once
+
+#include <string>
+
+#include "night/night.h"
+
+namespace halmek::night {
+
+// The power of the polynomial that the night's lines can bear.
+int DeviationPower(const Night& night);
+
+// Reduces the arc frame $arc to a spectrum.
+std::string ArcRecipe(const Night& night);
+
+// Reduces a star with its two arcs, from the frames to the calibrated spectrum.
+std::string StarRecipe(const Night& night, const Star& star);
+
+}  // namespace halmek::night

@@ -1,0 +1,86 @@
+// The files of a sample night.
+#include "night/write_night.h"
+
+#include <filesystem>
+#include <memory>
+#include <system_error>
+
+#include "app/session.h"
+#include "files/atomic_write.h"
+#include "night/frame.h"
+#include "night/lamp_lines.h"
+#include "night/light.h"
+#include "night/recipes.h"
+#include "night/text.h"
+#include "night/truth.h"
+#include "plot/number_text.h"
+
+namespace halmek::night {
+namespace {
+
+std::string WavelengthTableText() {
+  std::string text = "Comparison lamp, laboratory wavelengths in air (Angstroms)\r\n";
+  for (const LampLine& line : LampLines())
+    text += Fixed(line.wavelength, 3) + "," + line.ion + "\r\n";
+  return text;
+}
+
+std::string MaskText(const Night& night) {
+  std::string text = "Mask data for line identification.  Peak column; tabular wavelength (Angstroms).\r\n";
+  for (const MaskEntry& entry : night.mask)
+    text += " " + GeneralText(entry.column) + "  " + GeneralText(entry.wavelength) + " \r\n";
+  return text;
+}
+
+void MakeFolder(const std::string& folder) {
+  std::error_code failed;
+  std::filesystem::create_directories(folder, failed);
+  if (!std::filesystem::is_directory(folder))
+    throw RunTimeError(run_time_error::pathNotFound, "the folder could not be made");
+}
+
+void TakeFrames(Session& session, const Night& night, const Star& star) {
+  TakeFrame(session, night, star, star.before, LampLight(night, star.before));
+  TakeFrame(session, night, star, star.exposure, StarLight(night, star));
+  TakeFrame(session, night, star, star.after, LampLight(night, star.after));
+}
+
+std::string Summary(const Night& night, const std::string& folder) {
+  const Options& o = night.options;
+  const std::string last = std::to_string(o.stars);
+  return folder + ": " + std::to_string(3 * o.stars) + " frames of " + std::to_string(o.columns) + " x " +
+         std::to_string(o.rows) + " pixels, type " + std::to_string(o.pixelType) + ", seed " +
+         std::to_string(o.seed) +
+         "\n"
+         "  star1.fts" +
+         (o.stars > 1 ? " to star" + last + ".fts" : std::string()) +
+         ", each with its arcs: arc1a.fts before star 1, arc1b.fts after it\n"
+         "  WL_Table.txt with " +
+         std::to_string(LampLines().size()) + " wavelengths, mask.dat with " +
+         std::to_string(night.mask.size()) +
+         " lines\n"
+         "  star1.recipe reduces star 1 with its arcs; arc.recipe reduces an arc; truth.txt says what is "
+         "true\n";
+}
+
+}  // namespace
+
+std::string WriteNight(const Night& night, const std::string& folder) {
+  MakeFolder(folder);
+  const auto session = std::make_unique<Session>();
+  session->dataFolder = folder;
+  const auto write = [&](const std::string& file, const std::string& text) {
+    AtomicWrite(FullName(*session, file), text);
+  };
+  for (const Star& star : night.stars) {
+    TakeFrames(*session, night, star);
+    write(star.exposure.name + ".recipe", StarRecipe(night, star));
+  }
+  write("arc.recipe", ArcRecipe(night));
+  write("WL_Table.txt", WavelengthTableText());
+  write("mask.dat", MaskText(night));
+  write(truthFile, TruthText(night));
+  return Summary(night, folder);
+}
+
+}  // namespace halmek::night

@@ -1,0 +1,241 @@
+// Deviation fits and the dispersion correction.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+#include "calib/deviations.h"
+#include "calib/dispersion.h"
+#include "synthetic_arc.h"
+
+namespace halmek::test {
+namespace {
+
+constexpr int pixels = 1000;
+
+struct CalibrationTest : testing::Test {
+  std::unique_ptr<Session> session = SessionIn("/");
+  Slot& object = session->slot[slots::object];
+
+  // An arc on a straight line of 1.25 Angstrom per pixel from 4000 at column 0, with this correction
+  // function.
+  void SetArc(int a, const std::vector<double>& correction) {
+    IdentifyLines(*session, a, pixels, test::Columns(6, 100, 150), [](double c) { return 4000 + 1.25 * c; });
+    Arc& arc = session->arc[a];
+    arc.linIntercept = 4000;
+    arc.linSlope = 1.25;
+    arc.fitPower = 4;
+    arc.DeviationCoef[4].power = 4;
+    std::copy(correction.begin(), correction.end(), arc.DeviationCoef[4].a.begin());
+    arc.fitDone = true;
+    arc.linesChangedSinceFit = false;
+  }
+
+  std::vector<double> SetObject() {
+    std::vector<double> values;
+    for (int p = 1; p <= pixels; ++p)
+      values.push_back(100 + p % 17);
+    SetSpectrum(*session, slots::object, values);
+    return values;
+  }
+
+  std::vector<double> Corrected() {
+    CorrectDispersion(*session);
+    const auto values = object.spectrum.Range(1, pixels);
+    return {values.begin(), values.end()};
+  }
+};
+
+TEST_F(CalibrationTest, DeviationsOfAKnownCurveAreFittedByTheirPower) {
+  const auto curve = [](double c) { return 5000 + 0.6 * c + 2e-5 * c * c - 1e-8 * c * c * c; };
+  for (int power : {3, 4}) {
+    IdentifyLines(*session, 1, pixels, test::Columns(12, 40, 80), curve);
+    Arc& arc = session->arc[1];
+    arc.fitPower = power;
+    ComputeDeviations(*session, 1);
+    FitDeviations(*session, 1);
+    EXPECT_TRUE(arc.fitDone);
+    EXPECT_LT(DeviationRms(arc), 1e-6);
+    EXPECT_GT(LinearRms(arc), 0.3);
+    for (double column : {1.0, 500.0, 1000.0})
+      EXPECT_NEAR(arc.linIntercept + arc.linSlope * column - CorrectionAt(arc, column), curve(column), 1e-5);
+    EXPECT_EQ(session->workflow.arc[1].fitStatus, "DONE!");
+    DeleteAllLines(*session, 1);
+  }
+}
+
+TEST_F(CalibrationTest, RefusalsOfDeviationFitsByPowerAndNumberOfLines) {
+  const auto message = [](int power) {
+    return "For a fit of power " + std::to_string(power) + ", you need at least " +
+           std::to_string(power + 1) + " terms.  Please try again.";
+  };
+  const struct {
+    int lines, power;
+    bool byMask;
+    std::string refusal;
+  } cases[] = {{2, 2, false, "You haven't identified enough lines.  At least three are required."},
+               {2, 2, true, message(2)},
+               {3, 2, false, ""},
+               {3, 3, false, message(3)},
+               {4, 3, false, ""},
+               {4, 4, false, message(4)},
+               {5, 4, false, ""},
+               {5, 5, false, message(5)},
+               {6, 5, false, "Sorry; this has not been implemented yet."}};
+  for (const auto& c : cases) {
+    const auto fresh = SessionIn("/");
+    IdentifyLines(*fresh, 1, pixels, test::Columns(c.lines, 100, 150),
+                  [](double x) { return 5000 + 0.6 * x + 1e-5 * x * x; });
+    Arc& arc = fresh->arc[1];
+    arc.fitPower = c.power;
+    arc.maskApplied = c.byMask;
+    if (c.lines >= 3)
+      ComputeDeviations(*fresh, 1);
+    EXPECT_EQ(RefusalOf([&] { FitDeviations(*fresh, 1); }), c.refusal)
+        << c.lines << " lines, power " << c.power;
+    EXPECT_EQ(arc.fitDone, c.refusal.empty());
+  }
+}
+
+TEST_F(CalibrationTest, ResetDropsTheFitAndPowersKeepTheirOwnCoefficients) {
+  IdentifyLines(*session, 1, pixels, test::Columns(8, 100, 100),
+                [](double x) { return 5000 + 0.6 * x + 1e-5 * x * x; });
+  Arc& arc = session->arc[1];
+  EXPECT_EQ(RefusalOf([&] { AcceptDeviations(*session, 1); }), "Hey, you need to do the fit!");
+  ComputeDeviations(*session, 1);
+  arc.fitPower = 2;
+  FitDeviations(*session, 1);
+  const Polynomial parabola = arc.DeviationCoef[2];
+  arc.fitPower = 3;
+  EXPECT_EQ(CorrectionAt(arc, 500), 0) << "power 3 was never fitted";
+  FitDeviations(*session, 1);
+  EXPECT_EQ(arc.DeviationCoef[2].a, parabola.a);
+  AcceptDeviations(*session, 1);
+  EXPECT_TRUE(session->workflow.saveSpectrumEnabled);
+  ResetDeviations(*session, 1);
+  EXPECT_EQ(RefusalOf([&] { AcceptDeviations(*session, 1); }), "Hey, you need to do the fit!");
+}
+
+TEST_F(CalibrationTest, PlotShowsADotPerLineAndTheCurveOnceFitted) {
+  IdentifyLines(*session, 1, pixels, test::Columns(6, 100, 150), [](double x) { return 5000 + 0.6 * x; });
+  ComputeDeviations(*session, 1);
+  const auto count = [&](auto kind) {
+    const Drawing drawing = PlotDeviations(*session, 1, {14000, 6000});
+    return std::count_if(drawing.items.begin(), drawing.items.end(),
+                         [](const auto& item) { return std::holds_alternative<decltype(kind)>(item); });
+  };
+  EXPECT_EQ(count(Circle{}), 7) << "with the one of the legend";
+  EXPECT_EQ(count(Polyline{}), 0);
+  FitDeviations(*session, 1);
+  EXPECT_EQ(count(Polyline{}), 1);
+}
+
+TEST_F(CalibrationTest, NoDeviationLeavesTheSpectrumAndAddsThreeCards) {
+  SetArc(1, {0});
+  session->arcCount = 1;
+  const auto before = SetObject();
+  const int cards = object.cardCount;
+  EXPECT_EQ(Corrected(), before);
+  ASSERT_EQ(object.cardCount, cards + 3);
+  EXPECT_EQ(object.card(cards + 1),
+            "CRVAL1  =             4001.250 / Wavelength of first pixel in Angstroms");
+  EXPECT_EQ(object.card(cards + 2), "CD1_1   =            1.2500000 / Wavelength scale in Angstroms / pixel");
+  EXPECT_EQ(object.card(cards + 3), "HISTORY  Halmek corrected the dispersion to linear.");
+  EXPECT_TRUE(session->workflow.saveObjectEnabled);
+  EXPECT_FALSE(session->workflow.correctEnabled);
+  EXPECT_EQ(RefusalOf([&] { CorrectDispersion(*session); }),
+            "This file has already been dispersion corrected.");
+}
+
+TEST_F(CalibrationTest, ConstantShiftsMoveAndSplitTheFluxAndKeepTheEdges) {
+  session->arcCount = 1;
+  const struct {
+    double shift;  // in pixels, toward lower columns
+    int firstMoved, lastMoved;
+  } cases[] = {{1, 3, 998}, {0.25, 2, 999}, {-0.25, 2, 999}, {-1.75, 1, 1000}, {3.5, 5, 996}};
+  for (const auto& c : cases) {
+    SetArc(1, {c.shift * 1.25});
+    const auto before = SetObject();
+    const auto after = Corrected();
+    for (int p = 1; p <= pixels; ++p) {
+      double expected = before[static_cast<size_t>(p) - 1];
+      if (p >= c.firstMoved && p <= c.lastMoved) {
+        // The flux that lands here comes from the two pixels around p + shift.
+        const double source = p + c.shift;
+        const int lower = static_cast<int>(std::floor(source));
+        const double share = source - lower;
+        const auto at = [&](int q) { return q >= 1 && q <= pixels ? before[static_cast<size_t>(q) - 1] : 0; };
+        expected = (1 - share) * at(lower) + share * at(lower + 1);
+      }
+      // Where the shift is negative the low edge is restored up to pixel Fix(s) + 1 at most.
+      const int restoredLow = static_cast<int>(std::trunc(c.shift)) + 1;
+      const int restoredHigh = pixels - static_cast<int>(std::trunc(c.shift));
+      if (p <= restoredLow || p >= restoredHigh)
+        expected = before[static_cast<size_t>(p) - 1];
+      ASSERT_NEAR(after[static_cast<size_t>(p) - 1], expected, 1e-9)
+          << "shift " << c.shift << ", pixel " << p;
+    }
+  }
+}
+
+TEST_F(CalibrationTest, TwoArcsAreAveragedAndBothMustBeFitted) {
+  SetArc(1, {0.5});
+  SetArc(2, {1.5});
+  session->arc[2].linIntercept = 4010;
+  session->arc[2].linSlope = 1.35;
+  SetObject();
+  EXPECT_NEAR(CorrectionShift(*session, 500), 1.0 / 1.3, 1e-12);
+  session->arc[2].fitDone = false;
+  EXPECT_EQ(
+      RefusalOf([&] { CorrectDispersion(*session); }),
+      "Hey, if you have only 1 calibrated arc, select 1 under # Arc files or calibrate the uncalibrated arc "
+      "file.");
+  session->arc[2].fitDone = true;
+  CorrectDispersion(*session);
+  EXPECT_NEAR(session->dispStep, 1.3, 1e-12);
+  EXPECT_NEAR(session->dispStart, 4005 + 1.3, 1e-9);
+}
+
+TEST_F(CalibrationTest, RefusalsChangeNothing) {
+  session->arcCount = 1;
+  EXPECT_EQ(RefusalOf([&] { CorrectDispersion(*session); }), "Hey, no Object file has been loaded!");
+  const auto before = SetObject();
+  EXPECT_EQ(RefusalOf([&] { CorrectDispersion(*session); }),
+            "Hey, you need to identify two or more lines of Arc 1 first!");
+  SetArc(1, {2});
+  object.cardCount = lastCard - 2;
+  EXPECT_EQ(RefusalOf([&] { CorrectDispersion(*session); }), "Error: 9  Subscript out of range.");
+  EXPECT_EQ(object.cardCount, lastCard - 2);
+  EXPECT_EQ(object.spectrum(500), before[499]);
+  object.cardCount = 6;
+  object.cd1_1Card = 5;
+  EXPECT_EQ(RefusalOf([&] { CorrectDispersion(*session); }),
+            "This file has already been dispersion corrected.");
+}
+
+TEST_F(CalibrationTest, DoubtfulCalibrationsWarn) {
+  session->arcCount = 1;
+  SetArc(1, {0});
+  SetObject();
+  session->arc[1].linesChangedSinceFit = true;
+  EXPECT_EQ(CorrectDispersion(*session),
+            Warnings{"The lines of Arc 1 have changed since their deviations were fitted."});
+  SetSpectrum(*session, slots::object, std::vector<double>(990, 5.0));
+  session->arc[1].fitPower = 2;
+  EXPECT_EQ(CorrectDispersion(*session),
+            (Warnings{"The deviations of Arc 1 were not fitted with power 2: no correction comes from it.",
+                      "Arc 1 has 1000 pixels, the object 990: were they trimmed alike?"}));
+}
+
+TEST_F(CalibrationTest, FarShiftsLoseTheirFluxWithoutHarm) {
+  session->arcCount = 1;
+  for (double shift : {1e300, -1e300, 5000.0, -5000.0}) {
+    SetArc(1, {shift});
+    SetObject();
+    EXPECT_NO_THROW(CorrectDispersion(*session)) << shift;
+  }
+}
+
+}  // namespace
+}  // namespace halmek::test

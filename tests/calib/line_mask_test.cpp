@@ -1,0 +1,167 @@
+// Wavelength tables and line masks.
+#include "calib/line_mask.h"
+
+#include <gtest/gtest.h>
+
+#include "calib/wavelength_table.h"
+#include "synthetic_arc.h"
+
+namespace halmek::test {
+namespace {
+
+constexpr const char* tableMessage =
+    "Wavelength file 'WL_table.txt' not found - load from menu bar or enter tabular values manually.";
+constexpr const char* maskHeader =
+    "Mask data for line identification.  Peak column; tabular wavelength (Angstroms).\r\n";
+
+struct MaskTest : testing::Test {
+  TemporaryFolder folder;
+  std::unique_ptr<Session> session = SessionIn(folder.path());
+  Arc& arc = session->arc[1];
+
+  void Write(const std::string& name, const std::string& text) { WriteFile(folder.File(name), text); }
+  std::string LoadMaskText(const std::string& text) {
+    Write("m.dat", text);
+    return RefusalOf([&] { LoadMask(*session, "m.dat"); });
+  }
+};
+
+std::string TableOf(int entries) {
+  std::string text = "header\r\n";
+  for (int i = 1; i <= entries; ++i)
+    text += std::to_string(4000 + i) + ",Fe I\r\n";
+  return text;
+}
+
+TEST_F(MaskTest, TablesThatCannotBeReadLeaveAnEmptyTableAndTheOneMessage) {
+  const struct {
+    const char* what;
+    std::string text;
+    int count;  // 0 = refused
+  } cases[] = {{"1000 entries", TableOf(1000), 1000},
+               {"1001 entries", TableOf(1001), 0},
+               {"header only", "header\r\n", 0},
+               {"empty", "", 0},
+               {"words", "header\r\nsix thousand,Ne\r\n", 0},
+               {"a number alone", "header\r\n6000\r\n", 0},
+               {"beyond a double", "header\r\n1e999,Ne\r\n", 0},
+               {"unix line ends, no last one", "header\n 6000.5 , Ne I\n6001,\"Ar, II\"", 2},
+               {"an empty label, blank lines", "header\r\n6000,\r\n\r\n6001,x\r\n\r\n", 2}};
+  for (const auto& c : cases) {
+    Write("t.txt", c.text);
+    session->wavelengthTable.wlCount = 7;
+    EXPECT_EQ(RefusalOf([&] { LoadWavelengthTable(*session, "t.txt"); }), c.count > 0 ? "" : tableMessage)
+        << c.what;
+    EXPECT_EQ(session->wavelengthTable.wlCount, c.count) << c.what;
+  }
+  EXPECT_EQ(session->wavelengthTable.WLValue(1), 6000);
+  EXPECT_EQ(RefusalOf([&] { LoadWavelengthTable(*session, "nowhere.txt"); }), tableMessage);
+}
+
+TEST_F(MaskTest, SavedMasksReadBackTheSameLines) {
+  IdentifyLines(*session, 1, 1000, {200.3, 500.7, 800.1}, [](double c) { return 5000 + c / 3; });
+  SaveMask(*session, 1, "m.dat");
+  EXPECT_EQ(session->mask.maskFileName, "m.dat");
+  EXPECT_EQ(session->workflow.arc[1].maskName, "m.dat");
+
+  const auto other = SessionIn(folder.path());
+  LoadMask(*other, "m.dat");
+  ASSERT_EQ(other->mask.maskCount, 3);
+  for (int k = 1; k <= 3; ++k) {
+    EXPECT_NEAR(other->mask.MaskColumn(k), arc.ArcLineColumn(k), 1e-12);
+    EXPECT_NEAR(other->mask.MaskWavelength(k), arc.ArcLineWavelength(k), 1e-11);
+  }
+  EXPECT_EQ(ReadFile(folder.File("m.dat")).find(maskHeader), 0u);
+}
+
+TEST_F(MaskTest, DataLinesHaveBlanksAroundEachNumber) {
+  arc.LineCount = 1;
+  arc.ArcLineColumn(1) = 12.5;
+  arc.ArcLineWavelength(1) = 5852.488;
+  SaveMask(*session, 1, "m.dat");
+  EXPECT_EQ(ReadFile(folder.File("m.dat")), std::string(maskHeader) + " 12.5  5852.488 \r\n");
+}
+
+TEST_F(MaskTest, BadMasksAreRefusedAndTheLoadedCountIsKept) {
+  ASSERT_EQ(LoadMaskText("Mask\r\n10 5000\r\n20,5010\r\n"), "");
+  ASSERT_EQ(session->mask.maskCount, 2);
+  std::string fifty = "Mask\r\n";
+  for (int k = 1; k <= 50; ++k)
+    fifty += std::to_string(k) + " 5000\r\n";
+  const struct {
+    std::string text, message;
+  } cases[] = {{"mask\r\n10 5000\r\n", "This is not a mask file for this program.  Please try again."},
+               {"SIMPLE  = T", "This is not a mask file for this program.  Please try again."},
+               {"Mask\r\n10 5000\r\n20\r\n", "Error: 321  Error: Invalid file format."},
+               {"Mask\r\n10 5000 3\r\n", "Error: 321  Error: Invalid file format."},
+               {"Mask\r\nten 5000\r\n", "Error: 321  Error: Invalid file format."},
+               {"Mask\r\n", "Error: 62  Error: Input past end of file."},
+               {"", "Error: 62  Error: Input past end of file."},
+               {fifty + "51 5000\r\n", "Error: 9  Subscript out of range."}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(LoadMaskText(c.text), c.message);
+    EXPECT_EQ(session->mask.maskCount, 2);
+  }
+  EXPECT_EQ(RefusalOf([&] { LoadMask(*session, "none.dat"); }), "Error: 53  Error: File not found.");
+  EXPECT_EQ(LoadMaskText(fifty), "");
+  EXPECT_EQ(session->mask.maskCount, 50);
+}
+
+TEST_F(MaskTest, SavingNothingOrIntoNowhereKeepsTheLoadedMask) {
+  ASSERT_EQ(LoadMaskText("Mask\r\n10 5000\r\n"), "");
+  EXPECT_EQ(RefusalOf([&] { SaveMask(*session, 1, "n.dat"); }),
+            "There are no centroided peaks and tabular wavelengths to save.");
+  IdentifyLines(*session, 1, 1000, {200, 500}, [](double c) { return 5000 + c; });
+  EXPECT_EQ(RefusalOf([&] { SaveMask(*session, 1, "none/n.dat"); }), "Error: 76  Error: Path not found.");
+  EXPECT_EQ(session->mask.maskFileName, "m.dat");
+  EXPECT_EQ(session->mask.maskCount, 1);
+}
+
+TEST_F(MaskTest, AppliedMaskFindsLinesShiftedByTenPixelsAndReplacesTheList) {
+  ASSERT_EQ(LoadMaskText("Mask\r\n800 5800\r\n200 5200\r\n500 5500\r\n"), "");
+  for (double shift : {0.0, 10.0, -10.0}) {
+    IdentifyLines(*session, 1, 1000, test::Columns(8, 100, 100), [](double c) { return 4000 + c; });
+    ASSERT_EQ(arc.LineCount, 8);
+    SetSpectrum(*session, 1, ArcOf(1000, {200 + shift, 500 + shift, 800 + shift}));
+    EXPECT_TRUE(ApplyMask(*session, 1).empty());
+    ASSERT_EQ(arc.LineCount, 3);
+    EXPECT_NEAR(arc.ArcLineColumn(1), 800 + shift, 1e-6) << "in the order of the mask";
+    EXPECT_EQ(arc.ArcLineWavelength(1), 5800);
+    EXPECT_NEAR(arc.linSlope, 1, 1e-9);
+    EXPECT_TRUE(arc.maskApplied);
+    EXPECT_EQ(session->workflow.arc[1].maskStatus, "DONE!");
+
+    RebuildLineList(*session, 1);
+    EXPECT_EQ(arc.LineCount, 3) << "lines that the mask replaced do not come back";
+    EXPECT_NEAR(arc.ArcLineColumn(1), 200 + shift, 1e-6) << "in pixel order once it is rebuilt";
+    DeleteAllLines(*session, 1);
+  }
+}
+
+TEST_F(MaskTest, AMaskThatDoesNotFitNamesTheEntryAndChangesNothing) {
+  EXPECT_EQ(RefusalOf([&] { ApplyMask(*session, 1); }), "Hey, you need to load the mask file first!");
+  IdentifyLines(*session, 1, 1000, {200, 500}, [](double c) { return 5000 + c; });
+  const double slope = arc.linSlope;
+  const struct {
+    const char* mask;
+    const char* message;
+  } cases[] = {
+      {"Mask\r\n200 5200\r\n2500 5500\r\n",
+       "Mask entry 2 (column 2500, 5500 Angstroms):  There is no maximum in this range.  Please try again."},
+      {"Mask\r\n200 5200\r\n350.5 5500\r\n",
+       "Mask entry 2 (column 350.5, 5500 Angstroms):  There is no maximum in this range.  Please try again."},
+      {"Mask\r\n200 5200\r\n", "Hey, a mask needs two or more different lines!"},
+      {"Mask\r\n199 5200\r\n201 5300\r\n", "Hey, a mask needs two or more different lines!"}};
+  for (const auto& c : cases) {
+    ASSERT_EQ(LoadMaskText(c.mask), "");
+    EXPECT_EQ(RefusalOf([&] { ApplyMask(*session, 1); }), c.message);
+    EXPECT_EQ(arc.LineCount, 2);
+    EXPECT_EQ(arc.linSlope, slope);
+    EXPECT_FALSE(arc.maskApplied);
+  }
+  ASSERT_EQ(LoadMaskText("Mask\r\n199 5200\r\n201 5201\r\n500 5500\r\n"), "");
+  EXPECT_EQ(ApplyMask(*session, 1), Warnings{"Mask entries 1 and 2 found the same line, at column 200."});
+}
+
+}  // namespace
+}  // namespace halmek::test

@@ -1,0 +1,48 @@
+// Two small frames for recipes.
+#include "support/small_night.h"
+
+#include <cmath>
+
+#include "fits/fits_writer.h"
+#include "support/test_session.h"
+
+namespace halmek::test {
+namespace {
+
+double Gauss(double distance, double width) {
+  return std::exp(-distance * distance / (2 * width * width));
+}
+
+double Sky(int row) {
+  return 400 + row;
+}
+
+double Star(int column, int row) {
+  const double continuum = 8000 + 10 * column - 0.02 * column * column;
+  const double line = 1 - 0.5 * Gauss(column - 180, 4);
+  return Sky(row) + continuum * line * Gauss(row - 30, 2);
+}
+
+double Lamp(int column, int row) {
+  double light = 0;
+  for (int line = 40; line <= 340; line += 50)
+    light += 20000 * Gauss(column - line, 2);
+  return Sky(row) + (row > 15 && row < 45 ? light : 0);
+}
+
+}  // namespace
+
+void WriteSmallNight(const std::string& folder) {
+  const auto session = SessionIn(folder);
+  session->slot[slots::frame].savePixelType = 17;
+  SetFrame(*session, 400, 60, Star);
+  SaveFits2D(*session, "star.fts");
+  SetFrame(*session, 400, 60, Lamp);
+  SaveFits2D(*session, "arc.fts");
+  std::string table = "wavelength, line\r\n";
+  for (int line = 40; line <= 340; line += 50)
+    table += std::to_string(4960 + line) + ",line " + std::to_string(line) + "\r\n";
+  WriteFile(folder + "/lines.txt", table);
+}
+
+}  // namespace halmek::test
