@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "files/atomic_write.h"
 #include "fits/header.h"
@@ -124,7 +125,8 @@ class FileBytes {
   int type_;
   size_t at_;
   int changed_ = 0;
-  double smallest_ = 0, largest_ = 0;  // of the rows that change
+  // Of the rows that change.
+  double smallest_ = std::numeric_limits<double>::max(), largest_ = std::numeric_limits<double>::lowest();
 };
 
 void WriteAndRemember(Session& session, const std::string& file, const std::string& bytes) {

@@ -87,7 +87,7 @@ void FillHeader(FitsHeader& header, const Night& night, const Star& star, const 
   number("GAIN", Fixed(detector::gain, 2), "electrons per ADU");
   number("RDNOISE", Fixed(detector::readNoise, 2), "electrons");
   card("COMMENT   As read out: bias level and overscan strip are still in it.");
-  card("COMMENT   Made by halmek-night. No telescope saw this; truth.txt says what is in it.");
+  card("COMMENT   Made by halmek-night, not by a telescope; truth.txt says what is true.");
   ReplaceHeader(header, cards, count);
 }
 

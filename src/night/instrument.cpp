@@ -40,7 +40,7 @@ Optics MakeOptics(const Options& options) {
   Optics o;
   o.referenceColumn = (litColumns + 1) / 2;
   o.referenceRow = (options.rows + 1) / 2.0;
-  o.dispersion = {6256, 0.55, -4.2e-6, -1.3e-9};
+  o.dispersion = {6261, 0.55, -4.2e-6, -1.3e-9};
   // Less than a pixel over the slit, however long it is.
   o.tilt = std::min(0.004, 0.6 / options.rows);
   o.curvature = std::min(4e-5, 0.8 / options.rows / options.rows);

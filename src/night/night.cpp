@@ -23,7 +23,7 @@ constexpr double hitsPerPixelSecond = 1.5e-7;
 
 // A straight track: the pixels of it, row by row.
 std::vector<CosmicRay> Track(Noise& noise, const Layout& layout) {
-  constexpr int margin = 12;
+  constexpr int margin = 20;  // so that there are neighbours to mend it from
   const double column = noise.Uniform(margin, layout.litColumns - margin);
   const double row = noise.Uniform(1, layout.rows);
   const double angle = noise.Uniform(0, std::numbers::pi);
@@ -76,7 +76,8 @@ Star PlanStar(const Options& options, const Layout& layout, int number) {
   const int first = 3 * (number - 1);
   star.before = {
       first, "arc" + label + "a", "Lamp before star " + label, start, arcSeconds, pointing - halfDrift, {}};
-  star.exposure = {first + 1, "star" + label, "Star " + label, start + arcLead, starSeconds, pointing, {}};
+  star.exposure = {first + 1, "star" + label, "Sample star " + label, start + arcLead, starSeconds, pointing,
+                   {}};
   star.after = {first + 2,
                 "arc" + label + "b",
                 "Lamp after star " + label,

@@ -29,7 +29,7 @@ bool Meets(const CosmicRay& hit, std::initializer_list<RowRange> ranges) {
 std::string Zaps(const Layout& l, const Exposure& exposure, std::initializer_list<RowRange> ranges) {
   std::string text;
   for (const CosmicRay& hit : exposure.cosmicRays)
-    if (Meets(hit, ranges) && hit.first >= l.trimCol1)
+    if (Meets(hit, ranges))
       text += "zap " + std::to_string(TrimmedRow(l, hit.row)) + " " +
               std::to_string(TrimmedColumn(l, hit.first)) + " " + std::to_string(TrimmedColumn(l, hit.last)) +
               "\n";
@@ -79,7 +79,9 @@ std::string ReduceStar(const Layout& l, const Exposure& star) {
          "_column.svg\n"
          "crunch\n"
          "\n"
-         "# The continuum, through the highest pixel of every 25, is made flat.\n"
+         "# The continuum, through the highest pixel of every 25, is made flat. The plot shows the flat "
+         "spectrum\n"
+         "# and the curve that flattened it.\n"
          "normalize auto 25 4\n"
          "plot continuum " +
          star.name +
@@ -129,7 +131,7 @@ std::string StarRecipe(const Night& night, const Star& star) {
   const std::string& name = star.exposure.name;
   const int power = DeviationPower(night);
   return "# " + star.exposure.object +
-         " of the sample night, from three frames to a calibrated spectrum. From the folder of the frames:\n"
+         ", from three frames to a calibrated spectrum. From the folder of the frames:\n"
          "#\n"
          "#   halmek-batch " +
          name +

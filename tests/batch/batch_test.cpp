@@ -1,0 +1,193 @@
+// halmek-batch as its users run it: exit statuses, output, many files at once, bad input.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "support/small_night.h"
+#include "support/test_session.h"
+
+namespace halmek::test {
+namespace {
+
+struct Ended {
+  int status = 0;
+  std::string out, err;
+};
+
+class BatchTest : public testing::Test {
+ protected:
+  BatchTest() { WriteSmallNight(folder.path()); }
+
+  // Runs the program in `folder` with these arguments, as a shell reads them.
+  Ended Run(const std::string& arguments) const {
+    const std::string command = "cd '" + folder.path() + "' && '" + HALMEK_BATCH + "' " + arguments + " >'" +
+                                streams.File("out") + "' 2>'" + streams.File("err") + "'";
+    const int status = std::system(command.c_str());
+    return {WEXITSTATUS(status), ReadFile(streams.File("out")), ReadFile(streams.File("err"))};
+  }
+  Ended RunRecipe(const std::string& recipe, const std::string& arguments = {}) const {
+    WriteFile(folder.File("r.recipe"), recipe);
+    return Run("r.recipe " + arguments);
+  }
+
+  TemporaryFolder folder, streams;
+};
+
+constexpr const char* extraction =
+    "load frame $frame\naperture 24 36\nbackground 2 12 48 58 1\ncrunch\nsave spectrum\n";
+
+TEST_F(BatchTest, PrintsALineAStepAndStopsAtTheFirstRefusalWithStatusOne) {
+  const Ended done = RunRecipe("load frame $star\nfix-column 7\n", "star=star.fts");
+  EXPECT_EQ(done.status, 0) << done.err;
+  EXPECT_EQ(done.out.substr(0, done.out.find('\n')),
+            "1 load frame star.fts: 400 x 60 pixels, 16-bit unsigned, 401 to 9680, object Test star");
+  EXPECT_EQ(done.err, "");
+
+  const Ended refused = RunRecipe("load frame star.fts\n\nfix-column 2\ncrunch\n");
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_EQ(refused.err,
+            "r.recipe:3: Enter a valid column number, please - not within 3 pixels of the edge.\n");
+}
+
+TEST_F(BatchTest, WhatCannotBeUnderstoodRunsNothingWithStatusTwo) {
+  const char* save = "load frame star.fts\nsave frame copy.fts\n";
+  const struct {
+    std::string recipe, arguments, message;
+  } cases[] = {
+      {std::string(save) + "fry\n", "", "r.recipe:3: unknown command 'fry'\n"},
+      {std::string(save) + "trim 1 1\n", "", "r.recipe:3: COL2 is missing: trim COL1 ROW1 COL2 ROW2\n"},
+      {std::string(save) + "fix-column x\n", "",
+       "r.recipe:3: COLUMN must be a whole number, not 'x': fix-column COLUMN\n"},
+      {save, "star", "halmek-batch: 'star' is not NAME=VALUE\n"},
+      {save, "--jobs 0", "halmek-batch: --jobs: Value 0 not in range 1 to 256; see halmek-batch --help\n"},
+      {std::string(save) + "load arc1 $lamp\n", "--for star a.fts b.fts",
+       "r.recipe:3: $lamp has no value; give it one as in lamp=VALUE\n"}};
+  for (const auto& c : cases) {
+    const Ended ended = RunRecipe(c.recipe, c.arguments);
+    EXPECT_EQ(ended.status, 2) << c.message;
+    EXPECT_EQ(ended.err, c.message);
+    EXPECT_FALSE(std::filesystem::exists(folder.File("copy.fts")));
+  }
+  EXPECT_EQ(Run("none.recipe").status, 2);
+  EXPECT_EQ(Run("none.recipe").err, "none.recipe: Error: 53  Error: File not found.\n");
+  EXPECT_EQ(Run("").status, 2);
+}
+
+TEST_F(BatchTest, HelpPrintsTheWholeLanguage) {
+  const Ended help = Run("--help");
+  EXPECT_EQ(help.status, 0);
+  for (const char* part :
+       {"identify arc1|arc2 COLUMN [WAVELENGTH]", "plot row N FILE.svg", "--for", "Exit status"})
+    EXPECT_NE(help.out.find(part), std::string::npos) << part;
+}
+
+TEST_F(BatchTest, SeveralJobsGiveTheSameFilesAsOneAndAFailureDoesNotStopTheOthers) {
+  const TemporaryFolder serial, parallel;
+  const std::string frames = "arc.fts none.fts star.fts";
+  for (const auto* results : {&serial, &parallel}) {
+    const std::string recipe =
+        std::string(extraction) + "export spectrum " + results->path() + "/x_$frame.txt\n";
+    const Ended ended =
+        RunRecipe(recipe, "--jobs " + std::string(results == &serial ? "1" : "3") + " --for frame " + frames);
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_EQ(ended.out,
+              "arc.fts: done, wrote arc_1D.fts, x_arc.fts.txt\nstar.fts: done, wrote star_1D.fts, "
+              "x_star.fts.txt\n");
+    EXPECT_EQ(ended.err, "none.fts: r.recipe:1: none.fts: Error: 53  Error: File not found.\n");
+    for (const char* name : {"arc_1D.fts", "star_1D.fts"})
+      std::filesystem::rename(folder.File(name), results->File(name));
+  }
+  ASSERT_EQ(FilesIn(serial.path()), FilesIn(parallel.path()));
+  for (const std::string& name : FilesIn(serial.path()))
+    EXPECT_EQ(ReadFile(serial.File(name)), ReadFile(parallel.File(name))) << name;
+}
+
+TEST_F(BatchTest, OneFileWrittenForTwoInputsIsAFailure) {
+  std::filesystem::create_directory(folder.File("other"));
+  std::filesystem::copy(folder.File("star.fts"), folder.File("other/star.fts"));
+  const Ended ended = RunRecipe(extraction, "--for frame star.fts other/star.fts");
+  EXPECT_EQ(ended.status, 1);
+  EXPECT_NE(
+      ended.err.find("star_1D.fts: written for star.fts and for other/star.fts; only one of them is left"),
+      std::string::npos)
+      << ended.err;
+}
+
+TEST_F(BatchTest, TheJournalOfARunIsARecipeForTheSameFiles) {
+  ASSERT_EQ(RunRecipe(extraction, "frame=star.fts --journal j.recipe").status, 0);
+  const std::string bytes = ReadFile(folder.File("star_1D.fts"));
+  std::filesystem::remove(folder.File("star_1D.fts"));
+  ASSERT_EQ(Run("j.recipe").status, 0);
+  EXPECT_EQ(ReadFile(folder.File("star_1D.fts")), bytes);
+}
+
+TEST_F(BatchTest, WarningsGoToStandardErrorAndTheRunGoesOn) {
+  const Ended ended =
+      RunRecipe("load dao arc.fts\nload frame star.fts\nsave frame s16.fts 16\nfix-column 9\n");
+  EXPECT_EQ(ended.status, 0);
+  const Ended cut = RunRecipe(
+      "load frame arc.fts\naperture 20 40\nbackground 2 12 48 58 1\ncrunch\nsave spectrum s.fts 17\n");
+  EXPECT_EQ(cut.status, 1);
+  EXPECT_EQ(cut.err.find("r.recipe:5: s.fts: Error: 6  Error: Overflow. (the pixel value "), 0u) << cut.err;
+  const Ended wrapped = RunRecipe(
+      "load frame arc.fts\naperture 29 30\nbackground 2 12 48 58 1\ncrunch\nsave spectrum s.fts 16\n");
+  EXPECT_EQ(wrapped.status, 0);
+  EXPECT_EQ(wrapped.err.find("warning: r.recipe:5: 21 pixels will read back changed"), 0u) << wrapped.err;
+}
+
+TEST_F(BatchTest, BadFilesGetOneLineThatNamesThemAndWriteNothing) {
+  const std::string good = ReadFile(folder.File("star.fts"));
+  const auto with = [&](const std::string& from, const std::string& to) {
+    std::string bytes = good;
+    const size_t at = bytes.find(from);
+    return bytes.replace(at, to.size(), to);
+  };
+  const struct {
+    const char* name;
+    std::string bytes, message;
+  } cases[] = {
+      {"empty.fts", "", "Error: 62  Error: Input past end of file. (the file is empty)"},
+      {"text.fts", "Dear diary,\n", "This is not a fits file!  Please try again."},
+      {"header.fts", good.substr(0, 300), "This FITS header has no END card.  Please try again."},
+      {"data.fts", good.substr(0, 9000),
+       "Error: 62  Error: Input past end of file. (the pixels end at byte 50880, the file at 9000)"},
+      {"bits8.fts", with("BITPIX  =                   16", "BITPIX  =                    8"),
+       "Sorry, this program does not support 8-bit integer data.  Convert to 16-bit unsigned."},
+      {"wide.fts", with("NAXIS1  =                  400", "NAXIS1  =                 3001"),
+       "Error: 9  Subscript out of range. (NAXIS1 is above 3000)"},
+      {"tall.fts", with("NAXIS2  =                   60", "NAXIS2  =                  501"),
+       "Error: 9  Subscript out of range. (NAXIS2 is above 500)"},
+      {"huge.fts", with("NAXIS1  =                  400", "NAXIS1  =            777777701"),
+       "Error: 9  Subscript out of range. (NAXIS1 is above 3000)"},
+      {"zero.fts", with("NAXIS1  =                  400", "NAXIS1  =                    0"),
+       "This FITS file has no pixels.  Please try again. (NAXIS1 is 0)"},
+      {"minus.fts", with("NAXIS1  =                  400", "NAXIS1  =                 -400"),
+       "This FITS file has no pixels.  Please try again. (NAXIS1 is -400)"},
+      {"word.fts", with("NAXIS1  =                  400", "NAXIS1  =                 many"),
+       "This FITS file has no pixels.  Please try again. (NAXIS1 is many)"},
+      {"object.fts", with("OBJECT  = 'Test star'", "OBJECT  = T          "),
+       "Error: 5 (the OBJECT card holds no text in quotes)"},
+  };
+  for (const auto& c : cases) {
+    WriteFile(folder.File(c.name), c.bytes);
+    const size_t files = FilesIn(folder.path()).size();
+    const Ended ended = RunRecipe(extraction, "frame=" + std::string(c.name));
+    EXPECT_EQ(ended.status, 1) << c.name;
+    EXPECT_EQ(ended.err, "r.recipe:1: " + std::string(c.name) + ": " + c.message + "\n");
+    EXPECT_LE(FilesIn(folder.path()).size(), files + 1) << "nothing but the recipe";
+  }
+  std::filesystem::create_directory(folder.File("folder.fts"));
+  EXPECT_EQ(RunRecipe("load frame folder.fts\n").err,
+            "r.recipe:1: folder.fts: Error: 75  Error: Path/file access error. (it is a folder)\n");
+}
+
+TEST_F(BatchTest, AFullDiskLeavesTheOldFileAndTheDevice) {
+  EXPECT_EQ(RunRecipe("load frame star.fts\nsave frame /dev/full\n").err,
+            "r.recipe:2: /dev/full: Error: 61  Error: Disk full.\n");
+  EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
+}
+
+}  // namespace
+}  // namespace halmek::test
