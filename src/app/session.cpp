@@ -20,25 +20,17 @@ int Columns(const Session& session) {
   return CountUpTo(session.slot[0].naxis1, FrameTable::lastColumn, "NAXIS1");
 }
 
-int Rows(const Session& session) {
-  return CountUpTo(session.slot[0].naxis2, FrameTable::lastRow, "NAXIS2");
-}
+int Rows(const Session& session) { return CountUpTo(session.slot[0].naxis2, FrameTable::lastRow, "NAXIS2"); }
 
-int Pixels(const Slot& slot) {
-  return CountUpTo(slot.naxis1, lastPixel, "NAXIS1");
-}
+int Pixels(const Slot& slot) { return CountUpTo(slot.naxis1, lastPixel, "NAXIS1"); }
 
 std::string FullName(const Session& session, const std::string& file) {
   return (std::filesystem::path(session.dataFolder) / file).string();
 }
 
-std::string BaseName(const std::string& name) {
-  return name.substr(0, name.rfind('.'));
-}
+std::string BaseName(const std::string& name) { return name.substr(0, name.rfind('.')); }
 
-std::string LeafName(const std::string& name) {
-  return name.substr(name.rfind('/') + 1);
-}
+std::string LeafName(const std::string& name) { return name.substr(name.rfind('/') + 1); }
 
 void DropFrameState(Session& session) {
   Slice& slice = session.slice;

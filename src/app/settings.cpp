@@ -25,9 +25,7 @@ struct SettingsLine {
   std::string_view label;
 };
 
-SettingsLine Placed(WindowPlacement& p, std::string_view label) {
-  return {{&p.left, &p.top}, label};
-}
+SettingsLine Placed(WindowPlacement& p, std::string_view label) { return {{&p.left, &p.top}, label}; }
 
 SettingsLine Sized(SizedPlacement& p, std::string_view label) {
   return {{&p.left, &p.top, &p.width, &p.height}, label};

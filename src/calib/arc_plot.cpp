@@ -16,9 +16,9 @@ void MarkIdentifiedLines(Drawing& drawing, const Arc& arc, int a) {
   const Colour colour = a == 1 ? Colour{255, 0, 255} : Colour{0, 150, 150};
   const PlotFrame& f = arc.plotFrame;
   for (double column : arc.ArcLineColumn.Range(1, arc.LineCount)) {
-    const auto x = static_cast<float>(ScreenX(f, column));
-    const auto top = static_cast<float>(f.plotTop);
-    drawing.Add(Line{{x, top}, {x, top + 0.05f * static_cast<float>(f.plotHeight)}, colour, 2});
+    const auto x = Twips(ScreenX(f, column));
+    const auto top = Twips(f.plotTop);
+    drawing.Add(Line{{x, top}, {x, top + 0.05f * Twips(f.plotHeight)}, colour, 2});
   }
 }
 

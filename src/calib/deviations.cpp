@@ -24,19 +24,19 @@ double RmsOf(double sumSq, int degreesOfFreedom) {
 // What dots and curve are stands in the band below the plot.
 void DrawLegend(Drawing& drawing, const PlotFrame& f) {
   const auto top = static_cast<float>(drawing.size.height - 1750);
-  const auto left = static_cast<float>(f.plotLeft);
+  const auto left = Twips(f.plotLeft);
   const float middle = top + 100;
   drawing.Add(Circle{{left + 150, middle}, 0, 20, colours::red});
   drawing.Add(Text{{left + 300, top}, "Diff = WL(LinFit) - WL(tables)", "Label9"});
   drawing.Add(Line{{left + 3900, middle}, {left + 4200, middle}, colours::blue});
   drawing.Add(Text{{left + 4300, top}, "Dispers.Corr'n Func.", "Label11"});
-  drawing.Add(Text{{100, static_cast<float>(f.plotTop + f.plotHeight / 2)}, "Ang.", "Label12"});
+  drawing.Add(Text{{100, Twips(f.plotTop + f.plotHeight / 2)}, "Ang.", "Label12"});
 }
 
 void DrawDots(Drawing& drawing, const Arc& arc) {
   for (int k = 1; k <= arc.LineCount; ++k)
-    drawing.Add(Circle{{static_cast<float>(ScreenX(arc.deviationFrame, arc.ArcLineColumn(k))),
-                        static_cast<float>(ScreenY(arc.deviationFrame, arc.Deviation(k)))},
+    drawing.Add(Circle{{Twips(ScreenX(arc.deviationFrame, arc.ArcLineColumn(k))),
+                        Twips(ScreenY(arc.deviationFrame, arc.Deviation(k)))},
                        0,
                        20,
                        colours::red});
@@ -45,8 +45,8 @@ void DrawDots(Drawing& drawing, const Arc& arc) {
 void DrawDeviationCurve(Drawing& drawing, const Arc& arc, int pixels) {
   Polyline curve{.points = {}, .colour = colours::blue};
   for (int p = 1; p <= pixels; ++p)
-    curve.points.push_back({static_cast<float>(ScreenX(arc.deviationFrame, p)),
-                            static_cast<float>(ScreenY(arc.deviationFrame, CorrectionAt(arc, p)))});
+    curve.points.push_back(
+        {Twips(ScreenX(arc.deviationFrame, p)), Twips(ScreenY(arc.deviationFrame, CorrectionAt(arc, p)))});
   drawing.Add(std::move(curve));
 }
 
@@ -105,9 +105,7 @@ double DeviationRms(const Arc& arc) {
   return RmsOf(sumSq, arc.LineCount - arc.fitPower - 1);
 }
 
-double CorrectionAt(const Arc& arc, double column) {
-  return arc.DeviationCoef[arc.fitPower](column);
-}
+double CorrectionAt(const Arc& arc, double column) { return arc.DeviationCoef[arc.fitPower](column); }
 
 Drawing PlotDeviations(Session& s, int a, WindowSize window) {
   RequireArc(s, a);

@@ -15,19 +15,11 @@ constexpr double notIdentified = 0.001;  // a wavelength up to this is none
 constexpr int nearby = 3;                // pixels within which one deletion takes several lines
 
 // The panel's two number forms: as filled by a click, and as refreshed by a fit.
-std::string ClickText(double value) {
-  return FormatFixed(value, 11, 5);
-}
-std::string FitText(double value) {
-  return FormatFixed(value, 9, 3);
-}
-std::string CountText(int value) {
-  return " " + std::to_string(value);
-}
+std::string ClickText(double value) { return FormatFixed(value, 11, 5); }
+std::string FitText(double value) { return FormatFixed(value, 9, 3); }
+std::string CountText(int value) { return " " + std::to_string(value); }
 
-double Estimate(const Arc& arc, double column) {
-  return arc.linIntercept + arc.linSlope * column;
-}
+double Estimate(const Arc& arc, double column) { return arc.linIntercept + arc.linSlope * column; }
 
 // The table's entry nearest to `wavelength`; of equals the first. 0 where none is nearer than 9999 Angstrom.
 int NearestEntry(const WavelengthTable& table, double wavelength) {

@@ -1,7 +1,7 @@
 // Line masks.
 #include "calib/line_mask.h"
 
-#include <array>
+#include <vector>
 
 #include "calib/line_list.h"
 #include "calib/peaks.h"
@@ -46,6 +46,7 @@ void ReadEntry(LineMask& mask, int k, std::string_view line, size_t lineNumber) 
 struct FoundLine {
   int pixel = 0;
   Centroid centroid;
+  bool isAtEdge = false;  // of the search, where the flank of a stronger line outside it would peak
 };
 
 FoundLine FindMaskLine(Session& s, int a, int k) {
@@ -53,11 +54,46 @@ FoundLine FindMaskLine(Session& s, int a, int k) {
     const Peak peak = FindPeak(s.slot[a], RoundToInt(s.mask.MaskColumn(k)));
     if (peak.pixel == 0)
       throw Refusal(noMaximumMessage);
-    return {peak.pixel, CentroidLine(s.slot[a], peak.pixel, s.BisectorMidpoint)};
+    return {peak.pixel, CentroidLine(s.slot[a], peak.pixel, s.BisectorMidpoint),
+            peak.pixel == peak.low || peak.pixel == peak.high};
   } catch (const Refusal& refusal) {
     throw Refusal("Mask entry " + std::to_string(k) + " (column " + GeneralText(s.mask.MaskColumn(k)) + ", " +
                   GeneralText(s.mask.MaskWavelength(k)) + " Angstroms):  " + refusal.text());
   }
+}
+
+using FoundLines = std::vector<FoundLine>;  // place k - 1 for mask entry k
+
+// What deserves doubt about the lines that were found.
+Warnings DoubtsAbout(const FoundLines& found) {
+  Warnings warnings;
+  for (size_t k = 0; k < found.size(); ++k) {
+    const std::string entry = std::to_string(k + 1), column = std::to_string(found[k].pixel);
+    if (found[k].isAtEdge)
+      warnings.push_back("Mask entry " + entry + " found its maximum at the edge of the search, at column " +
+                         column + ": it may be the flank of another line.");
+    for (size_t other = 0; other < k; ++other)
+      if (found[other].pixel == found[k].pixel)
+        warnings.push_back("Mask entries " + std::to_string(other + 1) + " and " + entry +
+                           " found the same line, at column " + column + ".");
+  }
+  return warnings;
+}
+
+// Replaces the arc's lines, in the order of the mask.
+void TakeLines(Session& s, Arc& arc, const FoundLines& found) {
+  arc.PixelWavelength.Clear();
+  arc.LineCount = static_cast<int>(found.size());
+  for (int k = 1; k <= arc.LineCount; ++k) {
+    const FoundLine& line = found[static_cast<size_t>(k) - 1];
+    s.FitColumn(k) = arc.ArcLineColumn(k) = arc.PixelCentroid(line.pixel) = line.centroid.column;
+    arc.PixelCentroidError(line.pixel) = line.centroid.error;
+    s.FitWavelength(k) = arc.ArcLineWavelength(k) = arc.PixelWavelength(line.pixel) =
+        s.mask.MaskWavelength(k);
+  }
+  s.peakPixel = found.back().pixel;
+  s.centroidValue = found.back().centroid.column;
+  arc.linesChangedSinceFit = true;
 }
 
 }  // namespace
@@ -108,42 +144,26 @@ void SaveMask(Session& s, int a, const std::string& file) {
 
 Warnings ApplyMask(Session& s, int a) {
   s.currentSlot = a;
-  if (s.mask.maskFileName.empty() || s.mask.maskCount == 0)
+  const int count = s.mask.maskCount;
+  if (s.mask.maskFileName.empty() || count == 0)
     throw Refusal("Hey, you need to load the mask file first!");
   RequireArc(s, a);
 
   // All lines are looked for, and the fit is tried, before anything of the arc changes.
-  const int count = s.mask.maskCount;
-  std::array<FoundLine, lastLine + 1> found;
-  std::array<double, lastLine + 1> columns{};
-  Warnings warnings;
+  FoundLines found;
+  std::vector<double> columns;
   for (int k = 1; k <= count; ++k) {
-    found[k] = FindMaskLine(s, a, k);
-    columns[k] = found[k].centroid.column;
-    for (int other = 1; other < k; ++other)
-      if (found[other].pixel == found[k].pixel)
-        warnings.push_back("Mask entries " + std::to_string(other) + " and " + std::to_string(k) +
-                           " found the same line, at column " + std::to_string(found[k].pixel) + ".");
+    found.push_back(FindMaskLine(s, a, k));
+    columns.push_back(found.back().centroid.column);
   }
-  if (!FitLinear(std::span(columns).subspan(1, count), s.mask.MaskWavelength.Range(1, count)))
+  if (!FitLinear(columns, s.mask.MaskWavelength.Range(1, count)))
     throw Refusal("Hey, a mask needs two or more different lines!");
 
-  Arc& arc = s.arc[a];
-  arc.PixelWavelength.Clear();
-  for (int k = 1; k <= count; ++k) {
-    const auto& [pixel, centroid] = found[k];
-    s.FitColumn(k) = arc.ArcLineColumn(k) = arc.PixelCentroid(pixel) = centroid.column;
-    arc.PixelCentroidError(pixel) = centroid.error;
-    s.FitWavelength(k) = arc.ArcLineWavelength(k) = arc.PixelWavelength(pixel) = s.mask.MaskWavelength(k);
-  }
-  s.peakPixel = found[count].pixel;
-  s.centroidValue = columns[count];
-  arc.LineCount = count;
-  arc.linesChangedSinceFit = true;
+  TakeLines(s, s.arc[a], found);
   FitDispersionLine(s, a);
-  arc.maskApplied = true;
+  s.arc[a].maskApplied = true;
   s.workflow.arc[a].maskStatus = doneText;
-  return warnings;
+  return DoubtsAbout(found);
 }
 
 }  // namespace halmek

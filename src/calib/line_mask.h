@@ -20,8 +20,9 @@ void SaveMask(Session& session, int a, const std::string& file);
 
 // Identifies the lines of arc `a` from the loaded mask: each at the peak within 10 pixels of its column, in
 // the order of the mask, and fits the straight-line dispersion. Other identifications of the arc are dropped.
-// Warns where two entries find the same line. Throws Refusal, with nothing of the arc changed, where no mask
-// is loaded, where an entry, which is named, finds no line, and where the lines give no straight line.
+// Warns where two entries find the same line or one lies at the edge of the search. Throws Refusal, with
+// nothing of the arc changed, where no mask is loaded, where an entry, which is named, finds no line, and
+// where the lines give no straight line.
 Warnings ApplyMask(Session& session, int a);
 
 }  // namespace halmek

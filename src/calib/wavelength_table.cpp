@@ -7,9 +7,7 @@
 namespace halmek {
 namespace {
 
-std::string LineNumber(size_t index) {
-  return "line " + std::to_string(index + 1);
-}
+std::string LineNumber(size_t index) { return "line " + std::to_string(index + 1); }
 
 }  // namespace
 

@@ -55,7 +55,8 @@ class OutputFile {
 
   // Some file systems report a full disk only here.
   void FlushAndClose(bool isFile) {
-    const bool flushed = !isFile || fsync(descriptor_) == 0;
+    // File systems that cannot flush say EINVAL.
+    const bool flushed = !isFile || fsync(descriptor_) == 0 || errno == EINVAL;
     const int flushError = errno;
     const bool closed = close(descriptor_) == 0;
     descriptor_ = -1;
@@ -75,13 +76,17 @@ class OutputFile {
   int descriptor_;
 };
 
-// The file that is meant, where `path` is a link.
+// The file that is meant, where `path` is a link, whether it exists or not.
 std::string FollowLinks(const std::string& path) {
+  constexpr int mostLinks = 40;
+  fs::path target = path;
   std::error_code failed;
-  if (!fs::is_symlink(path, failed))
-    return path;
-  const fs::path target = fs::weakly_canonical(path, failed);
-  return failed ? path : target.string();
+  for (int i = 0; fs::is_symlink(target, failed); ++i) {
+    if (i == mostLinks)
+      throw ErrorFromSystem(ELOOP, path);
+    target = target.parent_path() / fs::read_symlink(target, failed);
+  }
+  return target.string();
 }
 
 // A hidden name in the folder of `target` that no other write of this or another process uses.
@@ -98,7 +103,7 @@ std::string TemporaryName(const std::string& target) {
 }  // namespace
 
 void AtomicWrite(const std::string& path, std::string_view bytes) {
-  const std::string target = FollowLinks(path);
+  const std::string target = path.find('\0') == std::string::npos ? FollowLinks(path) : std::string();
   if (fs::path(target).filename().empty())
     throw RunTimeError(run_time_error::badFileName);
 
@@ -107,7 +112,9 @@ void AtomicWrite(const std::string& path, std::string_view bytes) {
   if (stat(target.c_str(), &status) == 0) {
     if (S_ISDIR(status.st_mode))
       throw RunTimeError(run_time_error::pathAccess, "it is a folder");
-    if (!S_ISREG(status.st_mode)) {
+    if (!S_ISREG(status.st_mode) && !S_ISCHR(status.st_mode))
+      throw RunTimeError(run_time_error::pathAccess, "it is not a regular file");
+    if (S_ISCHR(status.st_mode)) {
       OutputFile device(target, O_NONBLOCK, 0, false);
       device.Write(bytes);
       device.FlushAndClose(false);

@@ -13,6 +13,8 @@
 namespace halmek {
 
 InputFile::InputFile(const std::string& path) : path_(path) {
+  if (path.find('\0') != std::string::npos)
+    throw RunTimeError(run_time_error::badFileName);
   // Non-blocking, so that opening a pipe without a writer returns; it has no effect on regular files.
   descriptor_ = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   if (descriptor_ < 0)
@@ -26,9 +28,7 @@ InputFile::InputFile(const std::string& path) : path_(path) {
   size_ = status.st_size;
 }
 
-InputFile::~InputFile() {
-  close(descriptor_);
-}
+InputFile::~InputFile() { close(descriptor_); }
 
 void InputFile::ReadAt(int64_t offset, std::span<std::byte> bytes) const {
   while (!bytes.empty()) {

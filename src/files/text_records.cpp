@@ -22,9 +22,7 @@ std::vector<std::string_view> Lines(std::string_view text) {
   return lines;
 }
 
-void RecordLine::SkipBlanks() {
-  rest_.remove_prefix(std::min(rest_.find_first_not_of(" \t"), rest_.size()));
-}
+void RecordLine::SkipBlanks() { rest_.remove_prefix(std::min(rest_.find_first_not_of(" \t"), rest_.size())); }
 
 void RecordLine::SkipSeparator() {
   SkipBlanks();
@@ -32,9 +30,7 @@ void RecordLine::SkipSeparator() {
     rest_.remove_prefix(1);
 }
 
-bool RecordLine::AtEnd() const {
-  return rest_.find_first_not_of(" \t") == std::string_view::npos;
-}
+bool RecordLine::AtEnd() const { return rest_.find_first_not_of(" \t") == std::string_view::npos; }
 
 std::optional<std::string_view> RecordLine::Text() {
   SkipBlanks();

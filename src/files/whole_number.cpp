@@ -14,8 +14,6 @@ int16_t WholeNumber(double value) {
   return static_cast<int16_t>(rounded);
 }
 
-int16_t WholeNumber(std::string_view text) {
-  return WholeNumber(NumericPrefix(text));
-}
+int16_t WholeNumber(std::string_view text) { return WholeNumber(NumericPrefix(text)); }
 
 }  // namespace halmek

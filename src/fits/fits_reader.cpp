@@ -148,6 +148,14 @@ void DisableFrameSteps(Workflow& workflow) {
   workflow.trimEnabled = workflow.fixColumnEnabled = workflow.sliceEnabled = workflow.fixTraceEnabled = false;
 }
 
+// Until the pixels are in, the new header does not describe them.
+void DisableSteps(Workflow& workflow, int slot) {
+  if (slot == slots::object)
+    workflow.correctEnabled = workflow.saveObjectEnabled = false;
+  else
+    workflow.arc[slot].plotEnabled = false;
+}
+
 void StartOverArc(Session& session, int a) {
   Arc& arc = session.arc[a];
   arc.linesChangedSinceFit = arc.LineCount > 0 || arc.linesChangedSinceFit;
@@ -167,6 +175,8 @@ void StartOverArc(Session& session, int a) {
 }  // namespace
 
 Warnings LoadFits2D(Session& session, const std::string& file) {
+  if (file.empty() || session.dataFolder.empty())
+    return {};
   Slot& frame = session.slot[slots::frame];
   frame.fileName = LeafName(file);
   const InputFile input(FullName(session, file));
@@ -178,6 +188,7 @@ Warnings LoadFits2D(Session& session, const std::string& file) {
   ReplaceHeader(frame, header.text, header.cardCount);
   RequireSupportedType(frame, session.daoFrame);
   session.frameTrimmed = frame.overscanCard != 0 || frame.trimCard != 0;
+  ReadObjectName(frame);
   RequirePixels(frame, frame.naxis1, frame.naxis1Card, "NAXIS1");
   RequirePixels(frame, frame.naxis2, frame.naxis2Card, "NAXIS2");
 
@@ -195,15 +206,19 @@ Warnings LoadFits2D(Session& session, const std::string& file) {
 }
 
 Warnings LoadFits1D(Session& session, int s, const std::string& file) {
+  if (file.empty() || session.dataFolder.empty())
+    return {};
   Slot& slot = session.slot[s];
   slot.fileName = LeafName(file);
   const InputFile input(FullName(session, file));
   const HeaderText header = ReadHeader(input);
 
+  DisableSteps(session.workflow, s);
   ReplaceHeader(slot, header.text, header.cardCount);
   RequireSupportedType(slot, false);
   if (slot.naxis2 > 1)
     throw Refusal("Hey, this is not a 1-D file!  Please try again.", "NAXIS2 is " + GeneralText(slot.naxis2));
+  ReadObjectName(slot);
   RequirePixels(slot, slot.naxis1, slot.naxis1Card, "NAXIS1");
 
   const int type = DecodedType(slot, false);
@@ -211,7 +226,6 @@ Warnings LoadFits1D(Session& session, int s, const std::string& file) {
 
   if (s == slots::object) {
     session.workflow.correctEnabled = true;
-    session.workflow.saveObjectEnabled = false;
     session.workflow.correctionStatus.clear();
   } else {
     StartOverArc(session, s);

@@ -16,7 +16,8 @@ namespace halmek {
 //
 // Throws Refusal (not a FITS file, no END card, a pixel type that is not supported, no pixels) and
 // RunTimeError: 53 and others for the file, 62 where it ends too early, 9 for more than 200 cards, 3000
-// columns or 500 rows, 5 for an OBJECT card without quotes.
+// columns or 500 rows, 5 for an OBJECT card without quotes. Does nothing where `file` or the data folder is
+// empty.
 Warnings LoadFits2D(Session& session, const std::string& file);
 
 // The same for a 1-D spectrum of at most 3000 pixels into slot 1, 2 or 4. An arc's identifications are

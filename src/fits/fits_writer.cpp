@@ -51,14 +51,19 @@ void SetZero(FitsHeader& header, int type) {
   header.bzero = isOffset ? 32768 : 0;
 }
 
+// A HISTORY card for a change of type, and the BZERO card that type 17 needs.
+int CardsToAdd(const FitsHeader& header, int type) {
+  const bool addsZero = type == pixel_types::unsigned16 && header.bzeroCard == 0;
+  return (type != header.pixelType ? 1 : 0) + (addsZero ? 1 : 0);
+}
+
 // Makes the header describe data of that type. `label` is the text between "changed " and "data type".
 void SetType(FitsHeader& header, int type, std::string_view label) {
   const TypeTexts& texts = TextsOf(type);
   if (header.bitpixCard == 0)
     throw Refusal("This header has no BITPIX card, so that it cannot be saved.  Please load the file again.");
+  RequireRoomForCards(header, CardsToAdd(header, type));
   const bool changes = type != header.pixelType;
-  const bool addsZero = type == pixel_types::unsigned16 && header.bzeroCard == 0;
-  RequireRoomForCards(header, changes + addsZero);
 
   if (header.naxis3 > 1 && header.naxis3Card != 0) {
     header.naxis3 = 1;
@@ -159,7 +164,7 @@ Warnings SaveFits1D(Session& session, int s, const std::string& file) {
     header.naxis2 = 1;
     if (header.naxis2Card != 0)
       header.card(header.naxis2Card) = NumberCard("NAXIS2", "1", " /");
-    RequireRoomForCards(header, slot.savePixelType != header.pixelType);
+    RequireRoomForCards(header, CardsToAdd(header, slot.savePixelType));
     static_cast<FitsHeader&>(slot) = std::move(header);
   }
   const int pixels = Pixels(slot);

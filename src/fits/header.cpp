@@ -46,9 +46,7 @@ void TakeCardsApart(FitsHeader& header, std::string_view text, int cardCount) {
 
 }  // namespace
 
-int DataStart(int cardCount) {
-  return ((cardCount * cardLength + 3) / recordLength + 1) * recordLength;
-}
+int DataStart(int cardCount) { return ((cardCount * cardLength + 3) / recordLength + 1) * recordLength; }
 
 void ReplaceHeader(FitsHeader& header, std::string_view text, int cardCount) {
   TakeCardsApart(header, text, cardCount);
@@ -83,12 +81,16 @@ void ReplaceHeader(FitsHeader& header, std::string_view text, int cardCount) {
     header.pixelType = 17;
 
   header.objectName.clear();
-  if (const int object = FindCard(header, "OBJECT"); object != 0) {
-    const std::string& quoted = header.cardValue(object);
-    if (quoted.size() < 2)
-      throw RunTimeError(run_time_error::badArgument, "the OBJECT card holds no text in quotes");
-    header.objectName = quoted.substr(1, quoted.size() - 2);
-  }
+}
+
+void ReadObjectName(FitsHeader& header) {
+  const int card = FindCard(header, "OBJECT");
+  if (card == 0)
+    return;
+  const std::string& quoted = header.cardValue(card);
+  if (quoted.size() < 2)
+    throw RunTimeError(run_time_error::badArgument, "the OBJECT card holds no text in quotes");
+  header.objectName = quoted.substr(1, quoted.size() - 2);
 }
 
 void RequireRoomForCards(const FitsHeader& header, int count) {

@@ -16,9 +16,13 @@ int DataStart(int cardCount);
 
 // Takes the first `cardCount` (at most 200) cards of `text` apart into the header's tables and replaces all
 // that the header says: card count, data start, the values and card numbers of the keywords. Of BITPIX the
-// last card wins, of the others the first. Throws RunTimeError 5 where OBJECT has no quotes to take off; the
-// header is replaced then, but for OBJECT.
+// last card wins, of the others the first.
+// The object's name is cleared.
 void ReplaceHeader(FitsHeader& header, std::string_view text, int cardCount);
+
+// Takes the object's name from its card, without the quotes. Throws RunTimeError 5 where there are none to
+// take off.
+void ReadObjectName(FitsHeader& header);
 
 // Throws RunTimeError 9 unless `count` more cards fit.
 void RequireRoomForCards(const FitsHeader& header, int count);

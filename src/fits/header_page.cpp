@@ -8,9 +8,7 @@
 namespace halmek {
 namespace {
 
-double LinesIn(int windowHeight) {
-  return (windowHeight - headerBand) / headerLineHeight;
-}
+double LinesIn(int windowHeight) { return (windowHeight - headerBand) / headerLineHeight; }
 
 }  // namespace
 

@@ -21,9 +21,7 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little, "the codec swaps every pixel's bytes");
 
-constexpr uint16_t Swapped(uint16_t v) {
-  return static_cast<uint16_t>((v >> 8) | (v << 8));
-}
+constexpr uint16_t Swapped(uint16_t v) { return static_cast<uint16_t>((v >> 8) | (v << 8)); }
 constexpr uint32_t Swapped(uint32_t v) {
   return (v >> 24) | ((v >> 8) & 0xFF00u) | ((v << 8) & 0xFF0000u) | (v << 24);
 }

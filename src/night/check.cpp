@@ -11,6 +11,7 @@
 #include "fits/fits_reader.h"
 #include "night/text.h"
 #include "numeric/number_prefix.h"
+#include "plot/number_text.h"
 #include "steps/recipe.h"
 
 namespace halmek::night {
@@ -44,9 +45,9 @@ void CompareWavelengths(StarCheck& check, const Session& s, const Truth& truth, 
   for (int i = 1; i <= check.pixels; ++i) {
     const double claimed = s.dispStart + (i - 1 - CorrectionShift(s, i)) * s.dispStep;
     const double column = i + truth.trimCol1 - 1;
-    const double true_ = WavelengthAt(truth.optics, column, TraceRow(truth.optics, column), star.drift);
-    wavelengths.Add(claimed - true_);
-    velocities.Add((claimed - true_) / true_ * speedOfLight);
+    const double truly = WavelengthAt(truth.optics, column, TraceRow(truth.optics, column), star.drift);
+    wavelengths.Add(claimed - truly);
+    velocities.Add((claimed - truly) / truly * speedOfLight);
   }
   check.wavelengthError = wavelengths.statistics();
   check.velocityError = velocities.statistics();
@@ -91,18 +92,19 @@ StarCheck CheckStar(const std::string& folder, const Truth& truth, const StarTru
 
 std::string ReportOf(const StarCheck& c) {
   const auto both = [](const std::array<double, 2>& values, int decimals) {
-    return Fixed(values[0], decimals) + " and " + Fixed(values[1], decimals);
+    return FixedText(values[0], decimals) + " and " + FixedText(values[1], decimals);
   };
   return c.name + " (" + c.type + ")\n" + "  lines identified    " + std::to_string(c.lines[0]) + " and " +
          std::to_string(c.lines[1]) + "\n" + "  straight line, RMS  " + both(c.linearRms, 3) + " Angstrom\n" +
          "  deviations, RMS     " + both(c.deviationRms, 4) + " Angstrom, power " + std::to_string(c.power) +
-         "\n" + "  scale               " + Fixed(c.step, 5) + " Angstrom per pixel from " +
-         Fixed(c.start, 3) + "\n" + "  wavelength error    mean " + Signed(c.wavelengthError.mean, 4) +
-         ", rms " + Fixed(c.wavelengthError.rms, 4) + " Angstrom; mean " + Signed(c.velocityError.mean, 2) +
-         ", rms " + Fixed(c.velocityError.rms, 2) + " km/s; over " + std::to_string(c.pixels) + " pixels\n" +
-         "  radial velocity     " + Signed(c.velocity.velocity, 2) + " +- " + Fixed(c.velocity.error, 2) +
-         " km/s from " + std::to_string(c.velocity.pixels) + " pixels; true " + Signed(c.trueVelocity, 2) +
-         ", error " + Signed(c.velocity.velocity - c.trueVelocity, 2) + "\n";
+         "\n" + "  scale               " + FixedText(c.step, 5) + " Angstrom per pixel from " +
+         FixedText(c.start, 3) + "\n" + "  wavelength error    mean " + Signed(c.wavelengthError.mean, 4) +
+         ", rms " + FixedText(c.wavelengthError.rms, 4) + " Angstrom; mean " +
+         Signed(c.velocityError.mean, 2) + ", rms " + FixedText(c.velocityError.rms, 2) + " km/s; over " +
+         std::to_string(c.pixels) + " pixels\n" + "  radial velocity     " + Signed(c.velocity.velocity, 2) +
+         " +- " + FixedText(c.velocity.error, 2) + " km/s from " + std::to_string(c.velocity.pixels) +
+         " pixels; true " + Signed(c.trueVelocity, 2) + ", error " +
+         Signed(c.velocity.velocity - c.trueVelocity, 2) + "\n";
 }
 
 }  // namespace halmek::night

@@ -11,7 +11,7 @@
 #include "fits/header.h"
 #include "fits/pixel_codec.h"
 #include "night/noise.h"
-#include "night/text.h"
+#include "plot/number_text.h"
 
 namespace halmek::night {
 namespace {
@@ -77,15 +77,15 @@ void FillHeader(FitsHeader& header, const Night& night, const Star& star, const 
   text("INSTRUME", "Long-slit spectrograph", "");
   text("DATE-OBS", DateOf(exposure), "UT at start");
   text("UT", DateOf(exposure).substr(11), "at start");
-  number("EXPTIME", Fixed(exposure.seconds, 1), "seconds");
+  number("EXPTIME", FixedText(exposure.seconds, 1), "seconds");
   text("RA", Sexagesimal(20 + 0.31 * (star.number % 10), 2), "");
   text("DEC", "+" + Sexagesimal(12 + 3.27 * (star.number % 7), 2), "");
   number("EQUINOX", "2000.0", "");
-  number("AIRMASS", Fixed(1.05 + 0.043 * (star.number % 11), 3), "");
+  number("AIRMASS", FixedText(1.05 + 0.043 * (star.number % 11), 3), "");
   if (isArc)
     text("LAMP", "FeNeArHe", "hollow cathode");
-  number("GAIN", Fixed(detector::gain, 2), "electrons per ADU");
-  number("RDNOISE", Fixed(detector::readNoise, 2), "electrons");
+  number("GAIN", FixedText(detector::gain, 2), "electrons per ADU");
+  number("RDNOISE", FixedText(detector::readNoise, 2), "electrons");
   card("COMMENT   As read out: bias level and overscan strip are still in it.");
   card("COMMENT   Made by halmek-night, not by a telescope; truth.txt says what is true.");
   ReplaceHeader(header, cards, count);

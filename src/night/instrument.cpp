@@ -89,8 +89,6 @@ Instrument MakeInstrument(const Options& options) {
   return {optics, MakeLayout(options, optics.traceRow)};
 }
 
-double SaturationOf(int pixelType) {
-  return pixelType == pixel_types::signed16 ? 32767 : 65535;
-}
+double SaturationOf(int pixelType) { return pixelType == pixel_types::signed16 ? 32767 : 65535; }
 
 }  // namespace halmek::night

@@ -122,8 +122,6 @@ constexpr LampLine lampLines[] = {
 
 }  // namespace
 
-std::span<const LampLine> LampLines() {
-  return lampLines;
-}
+std::span<const LampLine> LampLines() { return lampLines; }
 
 }  // namespace halmek::night

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <numbers>
 
 #include "night/lamp_lines.h"
@@ -90,47 +89,51 @@ Star PlanStar(const Options& options, const Layout& layout, int number) {
   return star;
 }
 
-// The lamp's lines that an observer would choose for a mask: strong, and far enough from others and from
-// whatever spoils a line that a search around a column some pixels off finds them, and them alone.
+// A line of the lamp where it falls on the detector.
+struct PlacedLine {
+  double column, wavelength, strength;
+};
+
+constexpr double searched = 12;  // columns from a line that a search for it, some pixels off, may look at
+
+// True where `other` bends the profile of `line`, or is so strong that a search for `line` would find the
+// other or its flank.
+bool Spoils(const PlacedLine& other, const PlacedLine& line) {
+  constexpr double profile = 8, flank = 5;        // columns
+  constexpr double bending = 0.02, luring = 0.3;  // strengths relative to the line
+  const double distance = std::fabs(other.column - line.column);
+  return &other != &line && ((distance < profile && other.strength > bending * line.strength) ||
+                             (distance < searched + flank && other.strength > luring * line.strength));
+}
+
+// The lines that an observer would choose for a mask: strong, alone, and not beside the bad column.
+std::vector<PlacedLine> LonelyLines(const Instrument& instrument) {
+  constexpr double faintest = 0.003;
+  const auto& [optics, layout] = instrument;
+  std::vector<PlacedLine> all, chosen;
+  for (const LampLine& line : LampLines())
+    all.push_back({ColumnOf(optics, line.wavelength), line.wavelength, line.strength});
+  for (const PlacedLine& line : all)
+    if (line.column > layout.trimCol1 + searched && line.column < layout.trimCol2 - searched &&
+        std::fabs(line.column - layout.badColumn) > searched && line.strength >= faintest &&
+        std::none_of(all.begin(), all.end(), [&](const PlacedLine& other) { return Spoils(other, line); }))
+      chosen.push_back(line);
+  return chosen;
+}
+
 std::vector<MaskEntry> ChooseMask(const Instrument& instrument) {
-  constexpr double searched = 12;     // columns from a line that a search for it may look at
-  constexpr double flank = 5;         // columns that a line beyond may reach in from there
-  constexpr double profile = 8;       // columns within which another line bends the profile
-  constexpr double luring = 0.3;      // strengths of others that matter, relative to the line:
-  constexpr double bending = 0.02;    //
-  constexpr double faintest = 0.003;  // of the lamp's strongest
   constexpr size_t most = 40;
   constexpr double sinceThen = 1.3;  // columns by which the grating has moved since that night
-  const auto& [optics, layout] = instrument;
-
-  struct Candidate {
-    double column, strength, wavelength;
-  };
-  std::vector<Candidate> all, chosen;
-  for (const LampLine& line : LampLines())
-    all.push_back({ColumnOf(optics, line.wavelength), line.strength, line.wavelength});
-  for (const Candidate& line : all) {
-    const auto spoils = [&](const Candidate& other) {
-      const double distance = std::fabs(other.column - line.column);
-      return other.wavelength != line.wavelength &&
-             ((distance < profile && other.strength > bending * line.strength) ||
-              (distance < searched + flank && other.strength > luring * line.strength));
-    };
-    const bool isInside =
-        line.column > layout.trimCol1 + searched && line.column < layout.trimCol2 - searched;
-    if (isInside && line.strength >= faintest && std::fabs(line.column - layout.badColumn) > searched &&
-        std::none_of(all.begin(), all.end(), spoils))
-      chosen.push_back(line);
-  }
-  std::stable_sort(chosen.begin(), chosen.end(),
-                   [](const Candidate& a, const Candidate& b) { return a.strength > b.strength; });
-  chosen.resize(std::min(chosen.size(), most));
-  std::sort(chosen.begin(), chosen.end(),
-            [](const Candidate& a, const Candidate& b) { return a.column < b.column; });
+  std::vector<PlacedLine> lines = LonelyLines(instrument);
+  std::stable_sort(lines.begin(), lines.end(),
+                   [](const PlacedLine& a, const PlacedLine& b) { return a.strength > b.strength; });
+  lines.resize(std::min(lines.size(), most));
+  std::sort(lines.begin(), lines.end(),
+            [](const PlacedLine& a, const PlacedLine& b) { return a.column < b.column; });
 
   std::vector<MaskEntry> mask;
-  for (const Candidate& line : chosen) {
-    const double trimmed = line.column - (layout.trimCol1 - 1) + sinceThen;
+  for (const PlacedLine& line : lines) {
+    const double trimmed = line.column - (instrument.layout.trimCol1 - 1) + sinceThen;
     mask.push_back({std::round(trimmed * 1000) / 1000, line.wavelength});
   }
   return mask;

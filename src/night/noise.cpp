@@ -18,9 +18,7 @@ std::mt19937_64 Engine(uint64_t seed, Stream stream, int number) {
 
 Noise::Noise(uint64_t seed, Stream stream, int number) : engine_(Engine(seed, stream, number)) {}
 
-double Noise::Uniform() {
-  return std::ldexp(static_cast<double>(engine_() >> 11), -53);
-}
+double Noise::Uniform() { return std::ldexp(static_cast<double>(engine_() >> 11), -53); }
 
 double Noise::Normal() {
   if (hasSpare_) {

@@ -7,12 +7,8 @@ namespace halmek::night {
 namespace {
 
 // Rows and columns count from 1 again after the trim.
-int TrimmedRow(const Layout& l, int row) {
-  return row - l.trimRows.first + 1;
-}
-int TrimmedColumn(const Layout& l, int column) {
-  return column - l.trimCol1 + 1;
-}
+int TrimmedRow(const Layout& l, int row) { return row - l.trimRows.first + 1; }
+int TrimmedColumn(const Layout& l, int column) { return column - l.trimCol1 + 1; }
 
 std::string Rows(const Layout& l, RowRange rows) {
   return std::to_string(TrimmedRow(l, rows.first)) + " " + std::to_string(TrimmedRow(l, rows.last));
@@ -109,7 +105,7 @@ std::string ArcRecipe(const Night& night) {
   return "# Reduces one arc frame of the sample night to a spectrum. From the folder of the frames:\n"
          "#\n"
          "#   halmek-batch arc.recipe arc=arc1a.fts\n"
-         "#   halmek-batch --for arc arc.recipe arc*.fts\n"
+         "#   halmek-batch arc.recipe --for arc arc*[ab].fts\n"
          "#\n"
          "# Each line is a step that the main window offers, too. $arc is the file named on the command "
          "line.\n"

@@ -5,19 +5,8 @@
 
 namespace halmek::night {
 
-std::string Fixed(double value, int decimals) {
-  std::string text = FormatFixed(value, 30, decimals);
-  text.erase(0, text.find_first_not_of(' '));
-  // Rounding drops zeros at the end, which columns of numbers want.
-  if (decimals > 0 && text.find('.') == std::string::npos)
-    text += '.';
-  if (decimals > 0)
-    text.resize(text.find('.') + 1 + static_cast<size_t>(decimals), '0');
-  return text;
-}
-
 std::string Signed(double value, int decimals) {
-  const std::string text = Fixed(value, decimals);
+  const std::string text = FixedText(value, decimals);
   return text.starts_with('-') ? text : "+" + text;
 }
 

@@ -109,9 +109,7 @@ std::array<double, N> NumbersOf(std::string_view key, std::string_view value) {
   return numbers;
 }
 
-double NumberOf(std::string_view key, std::string_view value) {
-  return NumbersOf<1>(key, value)[0];
-}
+double NumberOf(std::string_view key, std::string_view value) { return NumbersOf<1>(key, value)[0]; }
 
 void ReadInstrument(Truth& truth, std::string_view key, std::string_view value) {
   Optics& o = truth.optics;

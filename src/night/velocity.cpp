@@ -120,9 +120,7 @@ Solution SolveVelocity(const Fit& fit, double velocity) {
   return Solve(fit, rows, unknowns);
 }
 
-int Used(const Fit& fit) {
-  return static_cast<int>(std::count(fit.used.begin(), fit.used.end(), 1));
-}
+int Used(const Fit& fit) { return static_cast<int>(std::count(fit.used.begin(), fit.used.end(), 1)); }
 
 double VarianceOf(const Fit& fit, const Solution& solution) {
   return solution.sumSq / std::max(1, Used(fit) - unknowns);

@@ -21,7 +21,7 @@ namespace {
 std::string WavelengthTableText() {
   std::string text = "Comparison lamp, laboratory wavelengths in air (Angstroms)\r\n";
   for (const LampLine& line : LampLines())
-    text += Fixed(line.wavelength, 3) + "," + line.ion + "\r\n";
+    text += FixedText(line.wavelength, 3) + "," + line.ion + "\r\n";
   return text;
 }
 

@@ -2,7 +2,7 @@
 #include "numeric/median.h"
 
 #include <algorithm>
-#include <cmath>
+#include <numeric>
 #include <utility>
 
 namespace halmek {
@@ -29,12 +29,13 @@ void QuickSort(SortBuffer& buffer, int low, int high) {
   std::swap(slot[high], slot[chosen]);
   const double pivot = slot[high];
 
+  // Asked this way round, the scans pass over values that do not compare, too, and always end.
   int i = low;
   int j = high;
   while (i < j) {
-    while (i < j && slot[i] <= pivot)
+    while (i < j && !(slot[i] > pivot))
       ++i;
-    while (j > i && slot[j] >= pivot)
+    while (j > i && !(slot[j] < pivot))
       --j;
     if (i < j)
       std::swap(slot[i], slot[j]);
@@ -54,7 +55,7 @@ double Median(SortBuffer& buffer, int n) {
   QuickSort(buffer, 1, n);
   const int half = n / 2;
   if (2 * half == n)
-    return (buffer.slot[half] + buffer.slot[half + 1]) / 2;
+    return std::midpoint(buffer.slot[half], buffer.slot[half + 1]);
   return buffer.slot[half + 1];
 }
 

@@ -1,6 +1,7 @@
 // The number that a text begins with: scanning it, and its conversion without regard to the locale.
 #include "numeric/number_prefix.h"
 
+#include <algorithm>
 #include <charconv>
 #include <limits>
 #include <string>
@@ -8,9 +9,7 @@
 namespace halmek {
 namespace {
 
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 size_t SkipDigits(std::string_view text, size_t at) {
   while (at < text.size() && IsDigit(text[at]))
@@ -51,6 +50,25 @@ std::string_view Scan(std::string_view text) {
   return text.substr(0, at);
 }
 
+// The power of ten of a number's first digit that is not 0; of a number that is out of range, so that one of
+// its digits is not 0 and its exponent, where it has one, may itself be too long.
+double LeadingPower(std::string_view number) {
+  const size_t letter = std::min(number.find('e'), number.size());
+  const std::string_view mantissa = number.substr(0, letter);
+  double exponent = 0;
+  if (letter < number.size()) {
+    const bool negative = number[letter + 1] == '-';
+    std::string_view digits = number.substr(letter + 1);
+    digits.remove_prefix(digits[0] == '-' || digits[0] == '+' ? 1 : 0);
+    for (char digit : digits)
+      exponent = exponent * 10 + (digit - '0');
+    exponent = negative ? -exponent : exponent;
+  }
+  const auto first = static_cast<double>(mantissa.find_first_of("123456789"));
+  const auto point = static_cast<double>(std::min(mantissa.find('.'), mantissa.size()));
+  return exponent + point - first;
+}
+
 double Convert(std::string_view number) {
   if (number.empty())
     return 0;
@@ -64,9 +82,7 @@ double Convert(std::string_view number) {
   const auto result = std::from_chars(plain.data(), plain.data() + plain.size(), value);
   if (result.ec != std::errc::result_out_of_range)
     return value;
-  const bool tooSmall = letter == std::string::npos ? plain.find_first_of("123456789") > plain.find('.')
-                                                    : plain.find('-', letter) != std::string::npos;
-  if (tooSmall)
+  if (LeadingPower(plain) < 0)
     return 0;
   const double infinity = std::numeric_limits<double>::infinity();
   return plain.front() == '-' ? -infinity : infinity;
@@ -74,9 +90,7 @@ double Convert(std::string_view number) {
 
 }  // namespace
 
-double NumericPrefix(std::string_view text) {
-  return Convert(Scan(text.substr(SkipBlanks(text))));
-}
+double NumericPrefix(std::string_view text) { return Convert(Scan(text.substr(SkipBlanks(text)))); }
 
 bool IsNumber(std::string_view text) {
   text.remove_prefix(SkipBlanks(text));

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "numeric/linear_solver.h"
 
@@ -147,7 +148,7 @@ std::optional<LineFit> FitLinear(std::span<const double> x, std::span<const doub
     fit.sumSq += residual * residual;
   }
   const double determinant = s.n * s.xx - s.x * s.x;
-  const double sigma = std::sqrt(fit.sumSq / (s.n - 1));
+  const double sigma = s.n > 2 ? std::sqrt(fit.sumSq / (s.n - 1)) : 0;
   fit.sigmaA0 = sigma * std::sqrt(s.xx / determinant);
   fit.sigmaA1 = sigma * std::sqrt(s.n / determinant);
   if (!AllFinite({fit.sumSq, fit.sigmaA0, fit.sigmaA1}))
@@ -170,7 +171,7 @@ std::optional<ParabolaFit> FitPower2(std::span<const double> x, std::span<const 
     return std::nullopt;
 
   ParabolaFit fit{.a0 = parabola->a0, .a1 = parabola->a1, .a2 = parabola->a2};
-  fit.vertex = -fit.a1 / (2 * fit.a2);
+  fit.vertex = fit.a2 == 0 ? std::numeric_limits<double>::infinity() : -fit.a1 / (2 * fit.a2);
 
   // Each coefficient is a weighted sum of the values; the weights' squares give its standard error.
   const ParabolaCofactors m(s);
@@ -187,6 +188,8 @@ std::optional<ParabolaFit> FitPower2(std::span<const double> x, std::span<const 
   fit.sigma = s.n > 3 ? std::sqrt(sumSq / (s.n - 3)) : 0;
   fit.sigmaA1 = fit.sigma * std::sqrt(weights1);
   fit.sigmaA2 = fit.sigma * std::sqrt(weights2);
+  if (!AllFinite({fit.sigma, fit.sigmaA1, fit.sigmaA2}))
+    return std::nullopt;
   return fit;
 }
 

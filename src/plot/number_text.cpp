@@ -167,12 +167,21 @@ std::string FormatExponent(double value, int width, int& decimals) {
     s = GeneralText(value);
   } else {
     const int e = static_cast<int>(std::floor(std::log(std::fabs(value)) / std::log(10.0))) + 1;
-    // In two steps at the ends of the range, where 10^e alone would not be finite.
-    const double mantissa = value / std::pow(10.0, e / 2) / std::pow(10.0, e - e / 2);
+    const double decade = std::pow(10.0, e);
+    // At the ends of the range, where 10^e is not a normal number, in two steps.
+    const double mantissa =
+        std::isnormal(decade) ? value / decade : value / std::pow(10.0, e / 2) / std::pow(10.0, e - e / 2);
     s = FormatFixed(mantissa, decimals + 2, decimals) + (e < 0 ? "D-" : "D+") +
         PadInteger(std::abs(e), 2, "0");
   }
   return std::string(static_cast<size_t>(std::max(0, width - static_cast<int>(s.size()))), ' ') + s;
+}
+
+std::string FixedText(double value, int decimals) {
+  std::array<char, 64> text;
+  const auto result =
+      std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed, decimals);
+  return result.ec == std::errc() ? std::string(text.data(), result.ptr) : GeneralText(value);
 }
 
 std::string PadInteger(int value, int width, const std::string& padText) {

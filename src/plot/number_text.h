@@ -26,6 +26,10 @@ std::string FormatFixed(double value, int width, int decimals);
 // characters. `decimals` is lowered to width - 6 where it is larger.
 std::string FormatExponent(double value, int width, int& decimals);
 
+// The number with exactly that many decimals and without padding, for lines of output; in the general form
+// where that would be longer than 64 characters.
+std::string FixedText(double value, int decimals);
+
 // The decimal text of `value`, prefixed (width - length) times with `padText`.
 std::string PadInteger(int value, int width, const std::string& padText);
 

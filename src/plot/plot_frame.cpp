@@ -16,30 +16,24 @@ constexpr double lnTen = 2.302585;
 
 constexpr float tickLength = 100;
 
-double DecadeOf(double magnitude) {
-  return std::pow(10.0, std::floor(std::log(magnitude) / lnTen));
-}
+bool HasSpan(double span) { return span > 0 && std::isfinite(span); }
+
+double DecadeOf(double magnitude) { return std::pow(10.0, std::floor(std::log(magnitude) / lnTen)); }
 
 // The share of a decade, in tenths, by which limits and ticks step at mantissa `m`.
-double TenthsFor(double m) {
-  return m < 2 ? 2 : m < 5 ? 5 : 10;
-}
-
-float Single(double value) {
-  return static_cast<float>(value);
-}
+double TenthsFor(double m) { return m < 2 ? 2 : m < 5 ? 5 : 10; }
 
 std::string FirstCharacters(const std::string& text, int count) {
   return text.substr(0, static_cast<size_t>(count));
 }
 
 void DrawVerticalGrid(Drawing& drawing, const PlotFrame& f, const Ticks& ticks) {
-  const float top = Single(f.plotTop), bottom = Single(f.plotBottom);
+  const float top = Twips(f.plotTop), bottom = Twips(f.plotBottom);
   for (float tick : ticks.values) {
     const double exact = ScreenX(f, tick);
     if (exact < f.plotLeft || exact > f.plotRight)
       continue;
-    const float x = Single(exact);
+    const float x = Twips(exact);
     drawing.Add(Line{{x, top}, {x, bottom}, colours::grey});
     drawing.Add(Line{{x, top}, {x, top + tickLength}, colours::black});
     drawing.Add(Line{{x, bottom}, {x, bottom - tickLength}, colours::black});
@@ -47,12 +41,12 @@ void DrawVerticalGrid(Drawing& drawing, const PlotFrame& f, const Ticks& ticks) 
 }
 
 void DrawHorizontalGrid(Drawing& drawing, const PlotFrame& f, const Ticks& ticks) {
-  const float left = Single(f.plotLeft), right = Single(f.plotRight);
+  const float left = Twips(f.plotLeft), right = Twips(f.plotRight);
   for (float tick : ticks.values) {
     const double exact = ScreenY(f, tick);
     if (exact < f.plotTop || exact > f.plotBottom)
       continue;
-    const float y = Single(exact);
+    const float y = Twips(exact);
     drawing.Add(Line{{left, y}, {right, y}, colours::grey});
     drawing.Add(Line{{left, y}, {left + tickLength, y}, colours::black});
     drawing.Add(Line{{right - tickLength, y}, {right, y}, colours::black});
@@ -60,17 +54,17 @@ void DrawHorizontalGrid(Drawing& drawing, const PlotFrame& f, const Ticks& ticks
 }
 
 void DrawXLabels(Drawing& drawing, const PlotFrame& f, const Ticks& ticks, std::string_view title) {
-  const float numbersTop = Single(drawing.size.height - 2000);
+  const float numbersTop = Twips(drawing.size.height - 2000);
   const auto label = [&](float tick, std::string_view control) {
     drawing.Add(
-        Text{{Single(ScreenX(f, tick) - 200), numbersTop}, FirstCharacters(GeneralText(tick), 6), control});
+        Text{{Twips(ScreenX(f, tick) - 200), numbersTop}, FirstCharacters(GeneralText(tick), 6), control});
   };
   if (!ticks.values.empty()) {
     label(ticks.values.front(), "Label1");
     label(ticks.values.back(), "Label2");
   }
   drawing.Add(Text{
-      {Single(0.9 * drawing.size.width), Single(drawing.size.height - 1800)}, std::string(title), "Label6"});
+      {Twips(0.9 * drawing.size.width), Twips(drawing.size.height - 1800)}, std::string(title), "Label6"});
 }
 
 void DrawYLabels(Drawing& drawing, const PlotFrame& f, const Ticks& ticks, const AxisStyle& style) {
@@ -78,18 +72,18 @@ void DrawYLabels(Drawing& drawing, const PlotFrame& f, const Ticks& ticks, const
     return;
   const auto label = [&](float tick, int width, std::string_view control) {
     drawing.Add(
-        Text{{0, Single(ScreenY(f, tick) - 100)}, FormatFixed(tick, width, style.labelDecimals), control});
+        Text{{0, Twips(ScreenY(f, tick) - 100)}, FormatFixed(tick, width, style.labelDecimals), control});
   };
   label(ticks.values.back(), style.upperLabelWidth, "Label3");
   label(ticks.values.front(), style.lowerLabelWidth, "Label4");
-  drawing.Add(Text{{0, Single(f.plotTop + 0.6 * f.plotHeight)},
+  drawing.Add(Text{{0, Twips(f.plotTop + 0.6 * f.plotHeight)},
                    FirstCharacters(GeneralText(ticks.step), style.spacingCharacters),
                    "Label8"});
 }
 
 void DrawBorder(Drawing& drawing, const PlotFrame& f) {
-  const float left = Single(f.plotLeft), right = Single(f.plotRight);
-  const float top = Single(f.plotTop), bottom = Single(f.plotBottom);
+  const float left = Twips(f.plotLeft), right = Twips(f.plotRight);
+  const float top = Twips(f.plotTop), bottom = Twips(f.plotBottom);
   drawing.Add(Line{{left, top}, {right, top}, colours::black});
   drawing.Add(Line{{right, top}, {right, bottom}, colours::black});
   drawing.Add(Line{{right, bottom}, {left, bottom}, colours::black});
@@ -104,22 +98,20 @@ double NiceBound(double x, int direction) {
     return 0;
   const double decade = DecadeOf(std::fabs(x));
   const double m = x / decade;
-  return std::trunc(m * 10 + direction * TenthsFor(m)) * decade / 10;
+  const double bound = std::trunc(m * 10 + direction * TenthsFor(m)) * decade / 10;
+  // At the end of the range of a double there is nothing rounder beyond.
+  return std::isfinite(bound) ? bound : x;
 }
 
 }  // namespace
 
-double NiceLowerBound(double x) {
-  return NiceBound(x, -1);
-}
+double NiceLowerBound(double x) { return NiceBound(x, -1); }
 
-double NiceUpperBound(double x) {
-  return NiceBound(x, +1);
-}
+double NiceUpperBound(double x) { return NiceBound(x, +1); }
 
 float TickStep(double span) {
-  const float decade = Single(DecadeOf(span));
-  return Single(decade * TenthsFor(span / decade) / 10);
+  const auto decade = static_cast<float>(DecadeOf(span));
+  return static_cast<float>(decade * TenthsFor(span / decade) / 10);
 }
 
 Ticks TicksBetween(double low, double high) {
@@ -128,7 +120,8 @@ Ticks TicksBetween(double low, double high) {
     return {};
   const float step = TickStep(span);
   constexpr double mostTicks = 1 << 24;
-  if (!(step > 0) || std::fabs(low) / step > mostTicks || std::fabs(high) / step > mostTicks)
+  if (!(step > 0) || !std::isfinite(step) || std::fabs(low) / step > mostTicks ||
+      std::fabs(high) / step > mostTicks)
     return {};
 
   const auto valueAt = [step](int64_t i) { return static_cast<float>(i) * step; };
@@ -166,13 +159,18 @@ void SetYRange(PlotFrame& f, double low, double high) {
   f.ySpan = high - low;
 }
 
+float Twips(double value) {
+  constexpr double farOutside = 1e7;
+  return static_cast<float>(std::clamp(value, -farOutside, farOutside));
+}
+
 double ScreenX(const PlotFrame& f, double x) {
-  return f.xSpan > 0 ? f.plotLeft + f.plotWidth * (x - f.xMin) / f.xSpan : f.plotLeft;
+  return HasSpan(f.xSpan) ? f.plotLeft + f.plotWidth * (x - f.xMin) / f.xSpan : f.plotLeft;
 }
 
 double ScreenY(const PlotFrame& f, double y) {
   // Without a span every value lies on the bottom edge.
-  return f.ySpan > 0 ? f.plotBottom - f.plotHeight * (y - f.yMin) / f.ySpan : f.plotBottom;
+  return HasSpan(f.ySpan) ? f.plotBottom - f.plotHeight * (y - f.yMin) / f.ySpan : f.plotBottom;
 }
 
 void DrawAxes(Drawing& drawing, const PlotFrame& frame, const AxisStyle& style) {
@@ -191,10 +189,10 @@ void DrawStepCurve(Drawing& drawing, const PlotFrame& f, std::span<const double>
   const double n = static_cast<double>(values.size());
   double x = f.plotLeft;
   for (size_t i = 0; i < values.size(); ++i) {
-    const float y = Single(ScreenY(f, values[i]));
-    curve.points.push_back({Single(x), y});
+    const float y = Twips(ScreenY(f, values[i]));
+    curve.points.push_back({Twips(x), y});
     x = f.plotLeft + f.plotWidth * static_cast<double>(i + 1) / n;
-    curve.points.push_back({Single(x), y});
+    curve.points.push_back({Twips(x), y});
   }
   drawing.Add(std::move(curve));
 }
@@ -214,8 +212,8 @@ bool IsInside(const PlotFrame& f, double mouseX, double mouseY) {
 ReadOut ReadOutPosition(const PlotFrame& f, double mouseX, double mouseY, int n) {
   if (!IsInside(f, mouseX, mouseY))
     return {};
-  const float across = Single((mouseX - f.plotLeft) / (f.plotRight - f.plotLeft));
-  const float up = Single((f.plotBottom - mouseY) / (f.plotBottom - f.plotTop));
+  const auto across = static_cast<float>((mouseX - f.plotLeft) / (f.plotRight - f.plotLeft));
+  const auto up = static_cast<float>((f.plotBottom - mouseY) / (f.plotBottom - f.plotTop));
   ReadOut r{.inside = true, .columnText = {}, .valueText = {}};
   r.column = 1 + static_cast<double>(across) * (n - 1);
   r.value = f.yMin + static_cast<double>(up) * (f.yMax - f.yMin);

@@ -46,6 +46,10 @@ void LayoutPlot(PlotFrame& frame, WindowSize window);
 void SetXRange(PlotFrame& frame, double low, double high);
 void SetYRange(PlotFrame& frame, double low, double high);
 
+// A coordinate as a drawing takes it; those far outside every window are brought nearer.
+float Twips(double value);
+
+// Where a data value lies, in twips; on the left or lower edge where the axis has no span.
 double ScreenX(const PlotFrame& frame, double x);
 double ScreenY(const PlotFrame& frame, double y);
 

@@ -1,6 +1,7 @@
 // SVG: one element an item, coordinates in twips under a view box.
 #include "plot/svg.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -73,9 +74,9 @@ class Writer {
     out_ += "\" y=\"";
     Number(topLeft.y);
     out_ += "\" width=\"";
-    Number(bottomRight.x - topLeft.x);
+    Number(std::max(0.0f, bottomRight.x - topLeft.x));
     out_ += "\" height=\"";
-    Number(bottomRight.y - topLeft.y);
+    Number(std::max(0.0f, bottomRight.y - topLeft.y));
     out_ += "\"/></clipPath>\n";
   }
 
@@ -111,7 +112,7 @@ class Writer {
   // A tenth of a twip is far below what any device shows.
   void Number(float value) {
     std::array<char, 64> text;
-    const float tenths = std::isfinite(value) ? std::round(value * 10) / 10 : 0.0f;
+    const double tenths = std::isfinite(value) ? std::round(static_cast<double>(value) * 10) / 10 : 0;
     const auto end =
         std::to_chars(text.data(), text.data() + text.size(), tenths, std::chars_format::fixed).ptr;
     out_.append(text.data(), end);
@@ -123,8 +124,8 @@ class Writer {
 }  // namespace
 
 std::string SvgOf(const Drawing& drawing) {
-  const int width = drawing.size.width;
-  const int height = drawing.size.height - controlBand;
+  const int width = std::max(1, drawing.size.width);
+  const int height = std::max(1, drawing.size.height - controlBand);
   std::string out = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" +
                     std::to_string(width / twipsPerPixel) + "\" height=\"" +
                     std::to_string(height / twipsPerPixel) + "\" viewBox=\"0 0 " + std::to_string(width) +

@@ -12,9 +12,7 @@ namespace halmek {
 namespace {
 
 // The limit of power 1 is where n squared exceeds 16 bits.
-int MostRows(int power) {
-  return power == 1 ? 181 : SortBuffer::last;
-}
+int MostRows(int power) { return power == 1 ? 181 : SortBuffer::last; }
 
 void AppendRows(std::vector<double>& rows, int first, int last) {
   for (int row = std::min(first, last); row <= std::max(first, last); ++row)
@@ -78,7 +76,8 @@ ColumnSums SumColumns(const Session& s, const std::vector<double>& rows, int col
 }
 
 // A column whose pixels are too large to be summed has no fit.
-[[noreturn]] void ThrowNoFit(int column) {
+[[noreturn]] void ThrowNoFit(Session& s, int column) {
+  s.background.backgroundFitted = false;  // the columns before have new models
   throw RunTimeError(run_time_error::overflow, "the background of column " + std::to_string(column));
 }
 
@@ -88,7 +87,7 @@ void FitLines(Session& s, const std::vector<double>& rows, int columns) {
   for (int c = 1; c <= columns; ++c) {
     const auto line = SolveLine(x, sums.y[c - 1], sums.xy[c - 1]);
     if (!line)
-      ThrowNoFit(c);
+      ThrowNoFit(s, c);
     s.background.backgroundA0(c) = line->a0;
     s.background.backgroundA1(c) = line->a1;
   }
@@ -100,7 +99,7 @@ void FitParabolas(Session& s, const std::vector<double>& rows, int columns) {
   for (int c = 1; c <= columns; ++c) {
     const auto parabola = SolveParabola(x, sums.y[c - 1], sums.xy[c - 1], sums.x2y[c - 1]);
     if (!parabola)
-      ThrowNoFit(c);
+      ThrowNoFit(s, c);
     s.background.parabolaA0(c) = parabola->a0;
     s.background.parabolaA1(c) = parabola->a1;
     s.background.parabolaA2(c) = parabola->a2;
@@ -115,8 +114,10 @@ void FitBackground(Session& s) {
     throw Refusal("Hey, you need to set the aperture(s).");
   const std::vector<double> rows = ChosenRows(s.slice);
   CheckSelection(s, rows);
-
   const int columns = Columns(s);
+  if (columns == 0)
+    throw Refusal("Hey, no 2-D file has been loaded!");
+
   background.BackgroundCount = static_cast<int>(rows.size());
   std::copy(rows.begin(), rows.end(), background.BackgroundRows.Range(1, background.BackgroundCount).begin());
   switch (background.backgroundPower) {

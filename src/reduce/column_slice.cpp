@@ -40,9 +40,8 @@ void PrepareFrame(Session& s, WindowSize window, const std::vector<double>& valu
 // A bracket over rows first..last at the height of a value. Row r stands at r - 1, the left edge of its step.
 void DrawBracket(Drawing& drawing, const PlotFrame& f, int first, int last, double value) {
   constexpr float half = 100;
-  const auto left = static_cast<float>(ScreenX(f, first - 1)),
-             right = static_cast<float>(ScreenX(f, last - 1));
-  const auto y = static_cast<float>(ScreenY(f, value));
+  const auto left = Twips(ScreenX(f, first - 1)), right = Twips(ScreenX(f, last - 1));
+  const auto y = Twips(ScreenY(f, value));
   drawing.Add(Line{{left, y - half}, {left, y + half}, colours::black});
   drawing.Add(Line{{right, y - half}, {right, y + half}, colours::black});
   drawing.Add(Line{{left, y}, {right, y}, colours::black});
@@ -65,15 +64,12 @@ void DrawBackgroundModel(Drawing& drawing, const Session& s, Colour colour) {
   const PlotFrame& f = s.slice.colFrame;
   Polyline model{.points = {}, .colour = colour};
   for (int row = 1; row <= Rows(s); ++row)
-    model.points.push_back(
-        {static_cast<float>(ScreenX(f, row - 1)),
-         static_cast<float>(ScreenY(f, BackgroundAt(s.background, s.slice.sliceColumn, row)))});
+    model.points.push_back({Twips(ScreenX(f, row - 1)),
+                            Twips(ScreenY(f, BackgroundAt(s.background, s.slice.sliceColumn, row)))});
   drawing.Add(std::move(model));
 }
 
-int ClampedRow(const Session& s, int row) {
-  return std::clamp(row, 1, std::max(1, Rows(s)));
-}
+int ClampedRow(const Session& s, int row) { return std::clamp(row, 1, std::max(1, Rows(s))); }
 
 // The row named by a right click, which is rounded, where the read-out is truncated.
 int ClickedRow(const Session& s, double mouseX) {
@@ -91,7 +87,8 @@ void RequireRows(const Session& s, std::initializer_list<int> chosen) {
 }  // namespace
 
 void OpenColumnPlot(Session& s) {
-  s.slice.sliceColumn = RoundToInt(s.slot[slots::frame].naxis1 / 2);
+  // Half of a single column rounds to 0.
+  s.slice.sliceColumn = std::max(1, RoundToInt(s.slot[slots::frame].naxis1 / 2));
   s.slice.fixedScale = false;
   s.background.backgroundPower = 0;
 }

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <optional>
+#include <vector>
 
 #include "numeric/rounding.h"
 
@@ -16,47 +18,57 @@ std::span<const double> Values(const Session& s) {
   return spectrum.spectrum.Range(1, Pixels(spectrum));
 }
 
-const Polynomial& CurrentFit(const Continuum& c) {
-  return c.ContinuumCoefficients[c.fittedPower];
-}
+const Polynomial& CurrentFit(const Continuum& c) { return c.ContinuumCoefficients[c.fittedPower]; }
 
 [[noreturn]] void RefuseTooFewPoints(int power) {
   throw Refusal("Hey, for a fit of power " + std::to_string(power) + " you need " +
                 std::to_string(power + 1) + " points (and preferably more).  Please try again.");
 }
 
-// Adds a point at the largest positive pixel of first..last; of equals the leftmost. Returns false if none
-// is.
-bool AddBrightest(Session& s, int first, int last) {
-  Continuum& c = s.continuum;
-  double best = 0;
+struct ContinuumPoint {
   int column = 0;
-  for (int i = first; i <= last; ++i) {
-    const double value = s.slot[slots::spectrum].spectrum(i);
-    if (value > best) {
-      best = value;
-      column = i;
-    }
-  }
-  if (column == 0)
-    return false;
-  if (c.continuumPointCount == Continuum::lastPoint)
-    throw Refusal("There can be " + std::to_string(Continuum::lastPoint) +
-                  " continuum points at most.  Please delete some or choose a larger interval.");
-  ++c.continuumPointCount;
-  c.ContinuumPointColumn(c.continuumPointCount) = column;
-  c.ContinuumPointValue(c.continuumPointCount) = best;
-  return true;
+  double value = 0;
+};
+
+// The largest positive pixel of first..last, of equals the leftmost; nothing where none is positive.
+std::optional<ContinuumPoint> Brightest(const Session& s, int first, int last) {
+  ContinuumPoint best;
+  for (int i = first; i <= last; ++i)
+    if (const double value = s.slot[slots::spectrum].spectrum(i); value > best.value)
+      best = {i, value};
+  return best.column == 0 ? std::nullopt : std::optional(best);
 }
 
+[[noreturn]] void RefuseTooManyPoints() {
+  throw Refusal("There can be " + std::to_string(Continuum::lastPoint) +
+                " continuum points at most.  Please delete some or choose a larger interval.");
+}
+
+void AddPoint(Continuum& c, const ContinuumPoint& point) {
+  if (c.continuumPointCount == Continuum::lastPoint)
+    RefuseTooManyPoints();
+  ++c.continuumPointCount;
+  c.ContinuumPointColumn(c.continuumPointCount) = point.column;
+  c.ContinuumPointValue(c.continuumPointCount) = point.value;
+}
+
+// Replaces the points by one a bin, where there are enough of them.
 void SetAutomaticPoints(Session& s) {
   Continuum& c = s.continuum;
   if (c.continuumInterval < 1)
     throw Refusal("Hey, the sample interval must be 1 or more.  Please try again.");
   const int n = Pixels(s.slot[slots::spectrum]);
-  c.continuumPointCount = 0;
+  std::vector<ContinuumPoint> points;
   for (int first = 1; first <= n; first += c.continuumInterval)
-    AddBrightest(s, first, std::min(n, first + c.continuumInterval - 1));
+    if (const auto point = Brightest(s, first, std::min(n, first + c.continuumInterval - 1)))
+      points.push_back(*point);
+  if (points.size() < static_cast<size_t>(c.continuumPower) + 1)
+    RefuseTooFewPoints(c.continuumPower);
+  if (points.size() > Continuum::lastPoint)
+    RefuseTooManyPoints();
+  c.continuumPointCount = 0;
+  for (const ContinuumPoint& point : points)
+    AddPoint(c, point);
 }
 
 void DrawFit(Drawing& drawing, const Session& s) {
@@ -66,8 +78,8 @@ void DrawFit(Drawing& drawing, const Session& s) {
   Polyline curve{.points = {}, .colour = colours::blue};
   // Pixel 1 to N over the plot's width, a touch wider than the steps.
   for (int i = 1; i <= n; ++i)
-    curve.points.push_back({static_cast<float>(f.plotLeft + f.plotWidth * (i - f.xMin) / std::max(1, n - 1)),
-                            static_cast<float>(ScreenY(f, fit(i)))});
+    curve.points.push_back(
+        {Twips(f.plotLeft + f.plotWidth * (i - f.xMin) / std::max(1, n - 1)), Twips(ScreenY(f, fit(i)))});
   drawing.Add(std::move(curve));
 }
 
@@ -76,9 +88,9 @@ void DrawMarkers(Drawing& drawing, const Session& s) {
   const PlotFrame& f = c.contFrame;
   const double n = s.slot[slots::spectrum].naxis1;
   for (int k = 1; k <= c.continuumPointCount; ++k)
-    drawing.Add(Circle{{static_cast<float>(f.plotLeft + f.plotWidth * (c.ContinuumPointColumn(k) - 1) / n),
-                        static_cast<float>(ScreenY(f, c.ContinuumPointValue(k)))},
-                       static_cast<float>(RoundHalfEven(c.markerSize / 2.0)),
+    drawing.Add(Circle{{Twips(f.plotLeft + f.plotWidth * (c.ContinuumPointColumn(k) - 1) / n),
+                        Twips(ScreenY(f, c.ContinuumPointValue(k)))},
+                       Twips(RoundHalfEven(c.markerSize / 2.0)),
                        static_cast<float>(c.markerSize),
                        colours::blue});
 }
@@ -118,8 +130,11 @@ int ContinuumColumnAt(const Session& s, double mouseX) {
 
 bool AddContinuumPoint(Session& s, int column) {
   Continuum& c = s.continuum;
-  if (!AddBrightest(s, std::max(1, column - 5), std::min(Pixels(s.slot[slots::spectrum]), column + 5)))
+  const auto point =
+      Brightest(s, std::max(1, column - 5), std::min(Pixels(s.slot[slots::spectrum]), column + 5));
+  if (!point)
     return false;
+  AddPoint(c, *point);
   c.clickedColumn(c.continuumPointCount) = column;
   return true;
 }

@@ -57,7 +57,7 @@ void CrunchFrame(Session& s) {
   const int columns = Columns(s), rows = Rows(s);
   const int first = std::min(s.slice.apertureFirstRow, s.slice.apertureLastRow);
   const int last = std::max(s.slice.apertureFirstRow, s.slice.apertureLastRow);
-  if (!s.background.backgroundFitted || first < 1 || last > rows)
+  if (!s.background.backgroundFitted || columns == 0 || first < 1 || last > rows)
     throw Refusal("Hey, you need to set the aperture and fit the background first!");
   CopyHeader(s);
 

@@ -20,9 +20,7 @@ void SetColumns(PlotFrame& frame, int first, int last) {
   frame.lastColumn = last;
 }
 
-int ColumnsShown(const PlotFrame& frame) {
-  return frame.lastColumn - frame.firstColumn + 1;
-}
+int ColumnsShown(const PlotFrame& frame) { return frame.lastColumn - frame.firstColumn + 1; }
 
 // The scroll bar of a zoomed row; its value is the centre column.
 void SetColumnScroll(RowPlot& plot, int columns, double centre) {
@@ -44,13 +42,11 @@ void PrepareFrame(PlotFrame& frame, WindowSize window, double smallest, double l
 }
 
 void DrawUprightLine(Drawing& drawing, const PlotFrame& f, double x, Colour colour) {
-  const auto at = static_cast<float>(RoundHalfEven(x));
-  drawing.Add(Line{{at, static_cast<float>(f.plotTop)}, {at, static_cast<float>(f.plotBottom)}, colour});
+  const auto at = Twips(RoundHalfEven(x));
+  drawing.Add(Line{{at, Twips(f.plotTop)}, {at, Twips(f.plotBottom)}, colour});
 }
 
-bool IsShown(const PlotFrame& f, int column) {
-  return column >= f.firstColumn - 1 && column <= f.lastColumn;
-}
+bool IsShown(const PlotFrame& f, int column) { return column >= f.firstColumn - 1 && column <= f.lastColumn; }
 
 // A step's left edge lies at column - 1, its right edge at column.
 void DrawSelections(Drawing& drawing, const RowPlot& plot) {
@@ -97,13 +93,18 @@ std::optional<Drawing> DrawRowPlot(Session& s, WindowSize window) {
   if (columns <= 1)
     return std::nullopt;
 
+  // Another frame may have come, or been trimmed, while the plot was zoomed.
+  if (plot.rowFrame.firstColumn < 1 || plot.rowFrame.lastColumn > columns)
+    ShowFullRow(plot, columns);
+
   // The scale fits the whole row, so that it stays while one zooms.
   const auto row = s.image.Row(plot.plotRow, 1, columns);
   const auto [least, most] = std::minmax_element(row.begin(), row.end());
   const double smallest = std::min(99999.0, *least), largest = std::max(-99999.0, *most);
   if (smallest < leastShown) {
     plot.hint = " " + RowNotShownMessage(plot.plotRow);
-    plot.plotRow = plot.rowScroll.value = plot.lastDrawnRow;
+    plot.plotRow = plot.lastDrawnRow;
+    plot.rowScroll.value = std::max(1, plot.lastDrawnRow);
     return std::nullopt;
   }
   plot.hint = rowPlotHint;
@@ -145,7 +146,7 @@ ReadOut ReadOutRow(const PlotFrame& f, double mouseX, double mouseY) {
 bool ClickForZoom(Session& s, double mouseX) {
   RowPlot& plot = s.rowPlot;
   PlotFrame& f = plot.rowFrame;
-  const int clicked = std::clamp(RoundToInt(AcrossPlot(f, mouseX)), 1, Columns(s));
+  const int clicked = std::clamp(RoundToInt(AcrossPlot(f, mouseX)), 1, std::max(1, Columns(s)));
   if (plot.zoomAwaitingFirst) {
     plot.zoomFirstColumn = clicked;
     plot.zoomAwaitingFirst = false;
@@ -161,7 +162,7 @@ bool ClickForZoom(Session& s, double mouseX) {
 }
 
 void ClickForZap(Session& s, double mouseX) {
-  SelectForZap(s.rowPlot, std::clamp(ColumnAt(s.rowPlot.rowFrame, mouseX), 1, Columns(s)));
+  SelectForZap(s.rowPlot, std::clamp(ColumnAt(s.rowPlot.rowFrame, mouseX), 1, std::max(1, Columns(s))));
 }
 
 void Deselect(RowPlot& plot) {

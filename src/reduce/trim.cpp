@@ -25,6 +25,11 @@ void CheckCorners(const Session& s) {
     throw Refusal("Row 2 value must be <= NAXIS2.  Please try again.");
 }
 
+// The value starts in column 27, whatever its length.
+std::string SizeCard(const char* keyword, int size) {
+  return std::string(keyword) + "  =" + std::string(17, ' ') + std::to_string(size) + "/ ";
+}
+
 std::string CornerText(int column, int row) {
   return "(" + std::to_string(column) + "," + std::to_string(row) + ")";
 }
@@ -56,8 +61,8 @@ void TrimFrame(Session& s) {
 
   frame.naxis1 = columns;
   frame.naxis2 = rows;
-  frame.card(frame.naxis1Card) = NumberCard("NAXIS1", std::to_string(columns), "/ ");
-  frame.card(frame.naxis2Card) = NumberCard("NAXIS2", std::to_string(rows), "/ ");
+  frame.card(frame.naxis1Card) = SizeCard("NAXIS1", columns);
+  frame.card(frame.naxis2Card) = SizeCard("NAXIS2", rows);
   const std::string section = "  Halmek snipped out section " + CornerText(s.trimCol1, s.trimRow1) + " to " +
                               CornerText(s.trimCol2, s.trimRow2) + " inclusive (col, row)";
   AppendCard(frame, "HISTORY" + section);

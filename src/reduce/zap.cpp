@@ -2,6 +2,7 @@
 #include "reduce/zap.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace halmek {
 
@@ -17,12 +18,12 @@ void ClearZapSelection(RowPlot& plot) {
   plot.zapLast = RowPlot::noLast;
 }
 
-int NeighboursFor(int typed) {
-  return typed > 0 ? typed : 3;
-}
+int NeighboursFor(int typed) { return typed > 0 ? typed : 3; }
 
-double Zap(Session& s) {
+std::optional<double> Zap(Session& s) {
   RowPlot& plot = s.rowPlot;
+  if (!plot.zapSelected)
+    return std::nullopt;
   const int n = plot.zapNeighbours;
   const int low = std::max(1, plot.zapFirst - n - 1);
   const int high = std::min(Columns(s), plot.zapLast + n + 1);
@@ -39,6 +40,8 @@ double Zap(Session& s) {
   if (count == 0)
     throw Refusal("There are no pixels to average next to this selection.");
   const double mean = sum / count;
+  if (!std::isfinite(mean))
+    throw RunTimeError(run_time_error::overflow, "the mean of the pixels beside the selection");
 
   for (int column = plot.zapFirst; column <= plot.zapLast; ++column) {
     plot.zapBackup(column) = s.image(plot.plotRow, column);

@@ -15,24 +15,15 @@
 namespace halmek::steps {
 namespace {
 
-std::string Text(double value) {
-  return GeneralText(static_cast<float>(value));
-}
+std::string Text(double value) { return GeneralText(static_cast<float>(value)); }
 
-std::string Fixed(double value, int decimals) {
-  const std::string text = FormatFixed(value, 30, decimals);
-  return text.substr(text.find_first_not_of(' '));
-}
-
-std::string Count(int n, const char* what) {
-  return std::to_string(n) + " " + what + (n == 1 ? "" : "s");
-}
+std::string Count(int n, const char* what) { return std::to_string(n) + " " + what + (n == 1 ? "" : "s"); }
 
 // How many lines an arc has, and how well a straight line fits them.
 std::string LineSummary(const Arc& arc) {
   std::string text = Count(arc.LineCount, "line");
   if (arc.LineCount >= 2)
-    text += ", " + Fixed(arc.linSlope, 5) + " Angstroms per pixel, RMS " + Fixed(LinearRms(arc), 3);
+    text += ", " + FixedText(arc.linSlope, 5) + " Angstroms per pixel, RMS " + FixedText(LinearRms(arc), 3);
   return text;
 }
 
@@ -71,8 +62,8 @@ Outcome Execute(Session& s, const Identify& step) {
   const std::string name =
       step.wavelength || s.linePanel.nameText.empty() ? "" : " (" + s.linePanel.nameText + ")";
   UpdateFit(s, a, wavelength);
-  return {"column " + Fixed(s.centroidValue, 3) + " +- " +
-              Fixed(s.arc[a].PixelCentroidError(s.peakPixel), 3) + " is " + GeneralText(wavelength) +
+  return {"column " + FixedText(s.centroidValue, 3) + " +- " +
+              FixedText(s.arc[a].PixelCentroidError(s.peakPixel), 3) + " is " + GeneralText(wavelength) +
               " Angstroms" + name + "; " + LineSummary(s.arc[a]),
           {}};
 }
@@ -126,22 +117,26 @@ Outcome Execute(Session& s, const FitDeviations& step) {
       worst = k;
   const double rms = DeviationRms(arc);
   return {"power " + std::to_string(step.power) + " through " + Count(arc.LineCount, "line") + ", RMS " +
-              Fixed(rms, 4) + " Angstroms (" + Fixed(std::fabs(rms / arc.linSlope), 3) +
-              " pixels), largest " + Fixed(residual(worst), 4) + " at " +
+              FixedText(rms, 4) + " Angstroms (" + FixedText(std::fabs(rms / arc.linSlope), 3) +
+              " pixels), largest " + FixedText(residual(worst), 4) + " at " +
               GeneralText(arc.ArcLineWavelength(worst)),
           {}};
 }
 
 Outcome Execute(Session& s, const Correct&) {
+  const Slot& object = s.slot[slots::object];
+  if (!s.workflow.correctEnabled && object.crval1Card == 0 && object.cd1_1Card == 0)
+    throw Refusal("Hey, no Object file has been loaded!");
   Warnings warnings = CorrectDispersion(s);
-  const int n = Pixels(s.slot[slots::object]);
+  const int n = Pixels(object);
   double least = CorrectionShift(s, 1), most = least;
   for (int i = 2; i <= n; ++i) {
     least = std::min(least, CorrectionShift(s, i));
     most = std::max(most, CorrectionShift(s, i));
   }
-  return {std::to_string(n) + " pixels from " + Fixed(s.dispStart, 3) + " Angstroms in steps of " +
-              Fixed(s.dispStep, 7) + "; shifts of " + Fixed(least, 2) + " to " + Fixed(most, 2) + " pixels",
+  return {std::to_string(n) + " pixels from " + FixedText(s.dispStart, 3) + " Angstroms in steps of " +
+              FixedText(s.dispStep, 7) + "; shifts of " + FixedText(least, 2) + " to " + FixedText(most, 2) +
+              " pixels",
           std::move(warnings)};
 }
 

@@ -24,9 +24,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string Text(double value) {
-  return GeneralText(static_cast<float>(value));
-}
+std::string Text(double value) { return GeneralText(static_cast<float>(value)); }
 
 std::string TypeName(int pixelType) {
   switch (pixelType) {

@@ -16,9 +16,7 @@
 namespace halmek::steps {
 namespace {
 
-std::string Text(double value) {
-  return GeneralText(static_cast<float>(value));
-}
+std::string Text(double value) { return GeneralText(static_cast<float>(value)); }
 
 std::string Range(int first, int last) {
   return std::to_string(std::min(first, last)) + " to " + std::to_string(std::max(first, last));
@@ -30,9 +28,7 @@ void RequireWithin(const char* what, int value, int last) {
                   std::to_string(last) + ".  Please try again.");
 }
 
-void RequireSpectrum(const Session& s) {
-  RequireLoaded(s, slots::spectrum);
-}
+void RequireSpectrum(const Session& s) { RequireLoaded(s, slots::spectrum); }
 
 // Fits, normalises and accepts, as the window's buttons would one after the other.
 Outcome FitAndNormalize(Session& s) {
@@ -77,11 +73,11 @@ Outcome Execute(Session& s, const Zap& step) {
   plot.zapFirst = std::min(step.first, step.last);
   plot.zapLast = std::max(step.first, step.last);
   try {
-    const double mean = halmek::Zap(s);
+    const double mean = halmek::Zap(s).value();
     return {"columns " + Range(step.first, step.last) + " of row " + std::to_string(step.row) + " are now " +
                 Text(mean),
             {}};
-  } catch (const Refusal&) {
+  } catch (const Failure&) {
     plot.plotRow = shownRow;
     ClearZapSelection(plot);
     throw;

@@ -6,17 +6,11 @@
 namespace halmek {
 namespace {
 
-bool IsBlank(char c) {
-  return c == ' ' || c == '\t';
-}
+bool IsBlank(char c) { return c == ' ' || c == '\t'; }
 
-bool IsNameStart(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
-}
+bool IsNameStart(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; }
 
-bool IsNameCharacter(char c) {
-  return IsNameStart(c) || (c >= '0' && c <= '9');
-}
+bool IsNameCharacter(char c) { return IsNameStart(c) || (c >= '0' && c <= '9'); }
 
 // Takes the words of a line one by one.
 class Scanner {

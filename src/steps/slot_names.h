@@ -11,9 +11,7 @@ namespace halmek {
 int SlotNamed(std::string_view name);
 
 // The arc of arc1 or arc2.
-inline int ArcNamed(std::string_view name) {
-  return name == "arc1" ? 1 : 2;
-}
+inline int ArcNamed(std::string_view name) { return name == "arc1" ? 1 : 2; }
 
 // Throws Refusal, "Hey, ...", where the slot holds nothing.
 void RequireLoaded(const Session& session, int slot);

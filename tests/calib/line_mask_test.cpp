@@ -123,7 +123,7 @@ TEST_F(MaskTest, AppliedMaskFindsLinesShiftedByTenPixelsAndReplacesTheList) {
     IdentifyLines(*session, 1, 1000, test::Columns(8, 100, 100), [](double c) { return 4000 + c; });
     ASSERT_EQ(arc.LineCount, 8);
     SetSpectrum(*session, 1, ArcOf(1000, {200 + shift, 500 + shift, 800 + shift}));
-    EXPECT_TRUE(ApplyMask(*session, 1).empty());
+    EXPECT_EQ(ApplyMask(*session, 1).size(), shift == 0 ? 0u : 3u) << "at the edge of the search";
     ASSERT_EQ(arc.LineCount, 3);
     EXPECT_NEAR(arc.ArcLineColumn(1), 800 + shift, 1e-6) << "in the order of the mask";
     EXPECT_EQ(arc.ArcLineWavelength(1), 5800);

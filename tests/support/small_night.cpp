@@ -9,13 +9,9 @@
 namespace halmek::test {
 namespace {
 
-double Gauss(double distance, double width) {
-  return std::exp(-distance * distance / (2 * width * width));
-}
+double Gauss(double distance, double width) { return std::exp(-distance * distance / (2 * width * width)); }
 
-double Sky(int row) {
-  return 400 + row;
-}
+double Sky(int row) { return 400 + row; }
 
 double Star(int column, int row) {
   const double continuum = 8000 + 10 * column - 0.02 * column * column;

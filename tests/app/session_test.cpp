@@ -1,0 +1,70 @@
+// Tests of the tables and of what is asked of the session.
+#include "app/session.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <utility>
+
+#include "support/test_session.h"
+
+namespace halmek {
+namespace {
+
+using test::RefusalOf;
+
+constexpr const char* outOfRange = "Error: 9  Subscript out of range.";
+
+TEST(FixedTable, RefusesPlacesBeyondItsBounds) {
+  FixedTable<int> table(200);
+  table(0) = 1;
+  table(200) = 7;
+  EXPECT_EQ(table.Range(200, 200)[0], 7);
+  EXPECT_EQ(table.Range(0, 200).size(), 201u);
+  EXPECT_TRUE(table.Range(201, 200).empty());
+  EXPECT_TRUE(table.Range(1, -1).empty());
+  for (const int index : {-1, 201, 32768})
+    EXPECT_EQ(RefusalOf([&] { table(index) = 0; }), outOfRange) << index;
+  EXPECT_EQ(RefusalOf([&] { table.Range(1, 201); }), outOfRange);
+  EXPECT_EQ(RefusalOf([&] { table.Range(-1, 3); }), outOfRange);
+}
+
+TEST(FrameTable, HoldsFiveHundredRowsOfThreeThousandColumns) {
+  FrameTable image;
+  image(500, 3000) = 7;
+  EXPECT_EQ(image.Row(500, 1, 3000)[2999], 7);
+  EXPECT_TRUE(image.Row(1, 5, 4).empty());
+  for (const auto& [row, column] : {std::pair{501, 1}, {1, 3001}, {-1, 1}, {1, -1}})
+    EXPECT_EQ(RefusalOf([&, r = row, c = column] { image(r, c) = 0; }), outOfRange) << row << ',' << column;
+  EXPECT_EQ(RefusalOf([&] { image.Row(1, 1, 3001); }), outOfRange);
+}
+
+TEST(Session, CountsNoMorePixelsThanItsTablesHold) {
+  const auto s = test::SessionIn("");
+  Slot& frame = s->slot[slots::frame];
+  const auto size = [&](double naxis1, double naxis2) {
+    frame.naxis1 = naxis1;
+    frame.naxis2 = naxis2;
+    EXPECT_EQ(RefusalOf([&] { Pixels(frame); }), RefusalOf([&] { Columns(*s); }));
+    return 1000 * Columns(*s) + Rows(*s);
+  };
+  EXPECT_EQ(size(3000, 500), 3000500);
+  EXPECT_EQ(size(-5, 0), 0);
+  for (const double naxis : {3001.0, 1e300, std::nan("")}) {
+    EXPECT_EQ(RefusalOf([&] { size(naxis, 1); }), outOfRange) << naxis;
+    EXPECT_EQ(RefusalOf([&] { size(1, naxis); }), outOfRange) << naxis;
+  }
+  EXPECT_EQ(RefusalOf([&] { size(1, 501); }), outOfRange);
+}
+
+TEST(FileNames, AreJoinedAndCut) {
+  EXPECT_EQ(FullName(*test::SessionIn("/data/night 1"), "a.fts"), "/data/night 1/a.fts");
+  EXPECT_EQ(FullName(*test::SessionIn("/data"), "/other/a.fts"), "/other/a.fts");
+  EXPECT_EQ(BaseName("star.2.fts"), "star.2");
+  EXPECT_EQ(BaseName("star"), "star");
+  EXPECT_EQ(LeafName("a.b/star.fts"), "star.fts");
+  EXPECT_EQ(LeafName("star.fts"), "star.fts");
+}
+
+}  // namespace
+}  // namespace halmek

@@ -1,0 +1,214 @@
+// The sample night from end to end: the same bytes again, every pixel type and size, and the truth recovered.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "fits/fits_reader.h"
+#include "night/check.h"
+#include "night/command_line.h"
+#include "night/night.h"
+#include "night/truth.h"
+#include "night/write_night.h"
+#include "steps/recipe.h"
+#include "support/test_session.h"
+
+namespace halmek::night {
+namespace {
+
+using test::FilesIn;
+using test::ReadFile;
+using test::TemporaryFolder;
+
+constexpr Options smallNight{.columns = 800, .rows = 60, .stars = 1};
+
+std::vector<StarCheck> MakeAndCheck(const Options& options) {
+  const TemporaryFolder folder;
+  WriteNight(PlanNight(options), folder.path());
+  const Truth truth = ParseTruth(ReadFile(folder.File(truthFile)));
+  std::vector<StarCheck> checks;
+  for (const StarTruth& star : truth.stars)
+    checks.push_back(CheckStar(folder.path(), truth, star));
+  return checks;
+}
+
+TEST(SampleNight, IsTheSameForTheSameSeedWhateverTheNumberOfStars) {
+  const TemporaryFolder first, second, other;
+  Options two = smallNight, another = smallNight;
+  two.stars = 2;
+  another.seed = 2;
+  WriteNight(PlanNight(smallNight), first.path());
+  WriteNight(PlanNight(two), second.path());
+  WriteNight(PlanNight(another), other.path());
+  for (const std::string& file : FilesIn(first.path())) {
+    const std::string bytes = ReadFile(first.File(file));
+    EXPECT_TRUE(file == truthFile || bytes == ReadFile(second.File(file))) << file;
+    EXPECT_TRUE(!file.ends_with(".fts") || bytes != ReadFile(other.File(file))) << file;
+  }
+  EXPECT_EQ(FilesIn(second.path()).size(), FilesIn(first.path()).size() + 4);
+  EXPECT_NE(ReadFile(second.File("arc1a.fts")), ReadFile(second.File("arc1b.fts")));
+}
+
+// The reduction's errors against the truth stay within what the night was made for.
+TEST(SampleNight, GivesBackWavelengthsAndVelocities) {
+  for (const uint64_t seed : {1, 2}) {
+    for (const StarCheck& star : MakeAndCheck({.seed = seed})) {
+      SCOPED_TRACE(star.name + ", seed " + std::to_string(seed));
+      EXPECT_GE(std::min(star.lines[0], star.lines[1]), 15);
+      EXPECT_EQ(star.power, 4);
+      EXPECT_EQ(star.pixels, 1696);
+      EXPECT_LT(star.wavelengthError.rms, 0.02);
+      EXPECT_LT(std::fabs(star.wavelengthError.mean), 0.005);
+      // A straight line alone would be off by pixels.
+      EXPECT_GT(star.linearRms[0], 50 * star.deviationRms[0]);
+      const double error = star.velocity.velocity - star.trueVelocity;
+      EXPECT_GT(star.velocity.error, 0.05);
+      EXPECT_LT(star.velocity.error, 0.3);
+      EXPECT_LT(std::fabs(error), 3.5 * star.velocity.error) << error;
+    }
+  }
+}
+
+TEST(SampleNight, CanBeReducedInEverySizeAndPixelType) {
+  struct Case {
+    int columns, rows, type;
+  };
+  for (const auto& [columns, rows, type] :
+       {Case{400, 60, 17}, Case{800, 61, 16}, Case{800, 60, 32}, Case{800, 60, -32}, Case{3000, 60, 17}}) {
+    SCOPED_TRACE(std::to_string(columns) + " columns, type " + std::to_string(type));
+    const std::vector<StarCheck> checks =
+        MakeAndCheck({.columns = columns, .rows = rows, .pixelType = type, .stars = 1});
+    EXPECT_LT(checks.at(0).wavelengthError.rms, 0.02);
+    EXPECT_LT(std::fabs(checks[0].velocity.velocity - checks[0].trueVelocity), 5 * checks[0].velocity.error);
+  }
+}
+
+// The recipe for one arc gives what the star's recipe makes of it.
+TEST(SampleNight, HasARecipeForEachArcAlone) {
+  const TemporaryFolder folder;
+  WriteNight(PlanNight(smallNight), folder.path());
+  const Truth truth = ParseTruth(ReadFile(folder.File(truthFile)));
+  CheckStar(folder.path(), truth, truth.stars[0]);
+  for (const std::string arc : {"arc1a", "arc1b"}) {
+    const std::string byStar = ReadFile(folder.File(arc + "_1D.fts"));
+    std::filesystem::remove(folder.File(arc + "_1D.fts"));
+    const auto session = test::SessionIn(folder.path());
+    RunRecipe(*session, ParseRecipe(ReadFile(folder.File("arc.recipe")), {{"arc", arc + ".fts"}}),
+              [](const RecipeLine&, const Outcome&) {});
+    EXPECT_EQ(ReadFile(folder.File(arc + "_1D.fts")), byStar) << arc;
+  }
+}
+
+// What an observer relies on in the raw frames.
+TEST(SampleNight, HasFramesLikeADetectorsOwn) {
+  for (const int type : {16, 17}) {
+    const TemporaryFolder folder;
+    Options options = smallNight;
+    options.pixelType = type;
+    const Night night = PlanNight(options);
+    const Layout& layout = night.instrument.layout;
+    WriteNight(night, folder.path());
+    const auto session = test::SessionIn(folder.path());
+    for (const char* file : {"arc1a.fts", "star1.fts"}) {
+      SCOPED_TRACE(std::string(file) + ", type " + std::to_string(type));
+      EXPECT_TRUE(LoadFits2D(*session, file).empty());
+      const Slot& frame = session->slot[slots::frame];
+      EXPECT_EQ(frame.pixelType, type);
+      EXPECT_FALSE(session->frameTrimmed);
+      EXPECT_FALSE(frame.objectName.empty());
+      // Row plots show a row only where all of it is above 100; the strongest light does not saturate.
+      EXPECT_GT(session->imageMin, 100);
+      EXPECT_LT(session->imageMax, type == 16 ? 32767 : 65535);
+      EXPECT_GT(session->imageMax, 15000);
+      for (int row = 1; row <= layout.rows; ++row) {
+        const auto strip = session->image.Row(row, layout.litColumns + 1, layout.columns);
+        EXPECT_NEAR(*std::max_element(strip.begin(), strip.end()), detector::bias, 20) << row;
+        EXPECT_GT(session->image(row, layout.badColumn), detector::bias + 1000) << row;
+      }
+    }
+  }
+}
+
+// The velocity's error bar is of use only if the fit leaves out what is no star.
+TEST(MeasureVelocity, LeavesOutPixelsThatStickOutAndRefusesWhatIsNoSpectrum) {
+  const TemporaryFolder folder;
+  WriteNight(PlanNight(smallNight), folder.path());
+  const Truth truth = ParseTruth(ReadFile(folder.File(truthFile)));
+  const StarCheck check = CheckStar(folder.path(), truth, truth.stars[0]);
+  const auto session = test::SessionIn(folder.path());
+  LoadFits1D(*session, slots::object, "star1_1Dcal.fts");
+  const auto pixels = session->slot[slots::object].spectrum.Range(1, check.pixels);
+  for (const size_t at : {200, 201, 450})
+    pixels[at] *= 3;
+  const VelocityFit fit = MeasureVelocity(pixels, check.start, check.step, truth, truth.stars[0]);
+  EXPECT_NEAR(fit.velocity, check.velocity.velocity, check.velocity.error);
+  EXPECT_LE(fit.pixels, check.velocity.pixels - 3);
+
+  std::fill(pixels.begin(), pixels.end(), 0.0);
+  EXPECT_FALSE(test::RefusalOf([&] {
+                 MeasureVelocity(pixels, check.start, check.step, truth, truth.stars[0]);
+               }).empty());
+}
+
+TEST(NightCommandLine, RefusesWithOneLineAndAStatus) {
+  const TemporaryFolder folder;
+  const std::string dir = folder.path(), missing = folder.File("none"), file = folder.File("file");
+  test::WriteFile(file, "");
+  test::WriteFile(folder.File(truthFile), "[star star1]\nvelocity = fast\n");
+  struct Case {
+    std::vector<std::string> arguments;
+    int status;
+    std::string says;
+  };
+  const Case cases[] = {
+      {{}, 2, "DIR"},
+      {{dir, "--columns", "399"}, 2, "400 to 3000"},
+      {{dir, "--rows", "501"}, 2, "60 to 500"},
+      {{dir, "--stars", "0"}, 2, "1 to 99"},
+      {{dir, "--type", "-64"}, 2, "-64"},
+      {{dir, "--seed", "x"}, 2, "--seed"},
+      {{dir, "--check", "--seed", "3"}, 2, "--check"},
+      {{file, "--stars", "1"}, 1, file},
+      {{"--check", missing}, 1, missing},
+      {{"--check", dir}, 1, "velocity"},
+  };
+  for (const Case& c : cases) {
+    std::vector<const char*> argv{"halmek-night"};
+    for (const std::string& argument : c.arguments)
+      argv.push_back(argument.c_str());
+    std::ostringstream out, err;
+    EXPECT_EQ(RunCommandLine(static_cast<int>(argv.size()), argv.data(), out, err), c.status) << c.says;
+    EXPECT_NE(err.str().find(c.says), std::string::npos) << err.str();
+    EXPECT_EQ(std::ranges::count(err.str(), '\n'), 1) << err.str();
+    EXPECT_EQ(out.str(), "");
+  }
+}
+
+TEST(NightCommandLine, ChecksEveryStarAndFailsWhereOneCannotBeReduced) {
+  const TemporaryFolder folder;
+  const auto run = [](std::vector<const char*> argv, std::string& out, std::string& err) {
+    std::ostringstream outStream, errStream;
+    argv.insert(argv.begin(), "halmek-night");
+    const int status = RunCommandLine(static_cast<int>(argv.size()), argv.data(), outStream, errStream);
+    out = outStream.str();
+    err = errStream.str();
+    return status;
+  };
+  const std::string dir = folder.path();
+  std::string out, err;
+  EXPECT_EQ(run({dir.c_str(), "--columns=600", "--rows", "60", "--type", "-32"}, out, err), 0) << err;
+  EXPECT_NE(out.find("600 x 60"), std::string::npos) << out;
+  std::filesystem::remove(folder.File("arc1b.fts"));
+  EXPECT_EQ(run({"--check", dir.c_str()}, out, err), 1);
+  EXPECT_EQ(out.find("star1"), std::string::npos) << out;
+  EXPECT_NE(out.find("star2"), std::string::npos) << out;
+  EXPECT_NE(err.find("star1.recipe:"), std::string::npos) << err;
+  EXPECT_NE(err.find("arc1b.fts"), std::string::npos) << err;
+}
+
+}  // namespace
+}  // namespace halmek::night

@@ -1,0 +1,176 @@
+// Tests of axis limits, ticks, layout, axes, the step curve and the mouse read-out.
+#include "plot/plot_frame.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <iterator>
+#include <limits>
+#include <string>
+#include <vector>
+
+namespace halmek {
+namespace {
+
+PlotFrame FrameOf(double xLow, double xHigh, double yLow, double yHigh) {
+  PlotFrame frame;
+  LayoutPlot(frame, {14000, 6000});
+  SetXRange(frame, xLow, xHigh);
+  SetYRange(frame, yLow, yHigh);
+  return frame;
+}
+
+std::vector<DrawingItem> AxesOf(const PlotFrame& frame, const AxisStyle& style) {
+  Drawing drawing({14000, 6000}, "");
+  DrawAxes(drawing, frame, style);
+  return drawing.items;
+}
+
+std::vector<Text> TextsOf(const std::vector<DrawingItem>& items) {
+  std::vector<Text> texts;
+  for (const DrawingItem& item : items)
+    if (const auto* text = std::get_if<Text>(&item))
+      texts.push_back(*text);
+  return texts;
+}
+
+TEST(NiceBounds, RoundOutwardByTwoFiveOrTenTenths) {
+  // The logarithm is a little too large in magnitude: 0.001 counts in the decade below.
+  const struct {
+    double value, lower, upper;
+  } cases[] = {{347, 290, 390},    {-347, -360, -320},    {1, 0.8, 1.2},           {2, 1.5, 2.5},
+               {8000, 7000, 9000}, {-8000, -8200, -7800}, {0.001, 0.0009, 0.0011}, {0.000005, 0, 0}};
+  for (const auto& c : cases) {
+    EXPECT_DOUBLE_EQ(NiceLowerBound(c.value), c.lower) << c.value;
+    EXPECT_DOUBLE_EQ(NiceUpperBound(c.value), c.upper) << c.value;
+  }
+}
+
+TEST(TickStep, IsATwoFiveOrTenOfTheDecadeBelow) {
+  const struct {
+    double span;
+    float step;
+  } cases[] = {{347, 50}, {1200, 200}, {2048, 500}, {800, 100}, {500, 100},    {499, 50},
+               {200, 50}, {199, 20},   {100, 20},   {1, 0.2f},  {0.05, 0.01f}, {0.001, 0.0001f}};
+  for (const auto& c : cases)
+    EXPECT_FLOAT_EQ(TickStep(c.span), c.step) << c.span;
+}
+
+TEST(Ticks, AreTheMultiplesOfTheStepWithinTheLimits) {
+  // 0.3 at single precision is a hair above the limit 0.3.
+  const struct {
+    double low, high;
+    std::vector<float> values;
+  } cases[] = {
+      {0, 390, {0, 50, 100, 150, 200, 250, 300, 350}},
+      {-360, -20, {-350, -300, -250, -200, -150, -100, -50}},
+      {-1, 1, {-1, -0.5f, 0, 0.5f, 1}},
+      {100.001, 103, {100.5f, 101, 101.5f, 102, 102.5f, 103}},
+      {100000, 100010, {100000, 100002, 100004, 100006, 100008, 100010}},
+      {0, 0.3, {0, 0.05f, 2 * 0.05f, 3 * 0.05f, 4 * 0.05f, 5 * 0.05f}},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(TicksBetween(c.low, c.high).values, c.values) << c.low << ".." << c.high;
+}
+
+TEST(Ticks, AreLeftOutWhereTheyCannotBeTold) {
+  const double infinity = std::numeric_limits<double>::infinity(),
+               largest = std::numeric_limits<double>::max();
+  const struct {
+    double low, high;
+  } cases[] = {{5, 5},      {6, 5},     {1e9, 1e9 + 10},     {0, infinity}, {std::nan(""), 1},
+               {0, 1e-320}, {0, 1e300}, {-largest, largest}, {-1e40, 1e40}};
+  for (const auto& c : cases)
+    EXPECT_TRUE(TicksBetween(c.low, c.high).values.empty()) << c.low << ".." << c.high;
+}
+
+TEST(Axes, DrawGridTicksAndNumbersInOrder) {
+  const auto items = AxesOf(FrameOf(0, 2, -0.25, 1.75), {.xTitle = "Row", .upperLabelWidth = 7});
+  std::string kinds;
+  for (const DrawingItem& item : items) {
+    const auto* line = std::get_if<Line>(&item);
+    kinds += !line ? 't' : line->colour == colours::grey ? 'g' : line->colour == colours::black ? 'b' : '?';
+  }
+  // Five ticks of the columns, one on either edge, then four of the values.
+  ASSERT_EQ(kinds, "gbbgbbgbbgbbgbbtttgbbgbbgbbgbbtttbbbb");
+
+  // The grid line and both marks of a tick of either axis, the last tick of the columns, the border.
+  std::vector<float> ends;
+  for (const size_t item : {0, 1, 2, 18, 19, 20, 12, 33, 34, 35, 36}) {
+    const Line& line = std::get<Line>(items[item]);
+    ends.insert(ends.end(), {line.from.x, line.from.y, line.to.x, line.to.y});
+  }
+  EXPECT_EQ(ends,
+            (std::vector<float>{
+                800,   300,      800,      3950,  800,      300,  800,      400, 800,      3950,  800,
+                3850,  800,      3493.75f, 13585, 3493.75f, 800,  3493.75f, 900, 3493.75f, 13485, 3493.75f,
+                13585, 3493.75f, 13585,    300,   13585,    3950, 800,      300, 13585,    300,   13585,
+                300,   13585,    3950,     13585, 3950,     800,  3950,     800, 3950,     800,   300}));
+
+  const struct {
+    float left, top;
+    const char *text, *control;
+  } labels[] = {{600, 4000, "0", "Label1"},        {13385, 4000, "2", "Label2"},
+                {12600, 4200, "Row", "Label6"},    {0, 656.25f, "    1.5", "Label3"},
+                {0, 3393.75f, "   0.0", "Label4"}, {0, 2490, "0.5", "Label8"}};
+  const std::vector<Text> texts = TextsOf(items);
+  for (size_t i = 0; i < std::size(labels); ++i) {
+    EXPECT_EQ(texts[i].text, labels[i].text);
+    EXPECT_EQ(texts[i].control, labels[i].control);
+    EXPECT_FLOAT_EQ(texts[i].topLeft.x, labels[i].left) << labels[i].control;
+    EXPECT_FLOAT_EQ(texts[i].topLeft.y, labels[i].top) << labels[i].control;
+  }
+}
+
+TEST(Axes, CutLongNumbers) {
+  const auto texts = TextsOf(AxesOf(FrameOf(0.001230, 0.001232, 0, 0.0021), {}));
+  EXPECT_EQ(texts.at(0).text, "0.0012");
+  EXPECT_EQ(texts.at(5).text, "0.000");
+}
+
+TEST(Axes, AreABorderAndATitleWhereNothingSpans) {
+  const PlotFrame frame = FrameOf(3, 3, 7, 7);
+  const auto items = AxesOf(frame, {});
+  EXPECT_EQ(items.size(), 5u);
+  EXPECT_EQ(TextsOf(items).at(0).text, "Column");
+  EXPECT_EQ(ScreenX(frame, 3), 800);
+  EXPECT_EQ(ScreenY(frame, 7), 3950);
+}
+
+TEST(PlotCaption, NamesFileAndObject) {
+  EXPECT_EQ(PlotCaption("File:  ", "a.fts", "Ne lamp"), "File:  a.fts     Object:  Ne lamp");
+}
+
+TEST(StepCurve, DrawsEachValueOverItsWidthJoinedByRisers) {
+  Drawing drawing({}, "");
+  DrawStepCurve(drawing, FrameOf(0, 5, 0, 365), std::vector<double>{0, 200, 100, 365, 300});
+  ASSERT_EQ(drawing.items.size(), 1u);
+  const auto& curve = std::get<Polyline>(drawing.items[0]);
+  EXPECT_TRUE(curve.colour == colours::red);
+  std::vector<float> coordinates;
+  for (const Point& point : curve.points)
+    coordinates.insert(coordinates.end(), {point.x, point.y});
+  EXPECT_EQ(coordinates, (std::vector<float>{800,  3950, 3357, 3950, 3357,  1950, 5914,  1950, 5914,  2950,
+                                             8471, 2950, 8471, 300,  11028, 300,  11028, 950,  13585, 950}));
+}
+
+TEST(ReadOut, MapsTheWidthOntoPixelsOneToNInsideThePlotOnly) {
+  const struct {
+    double x, y;
+    const char* texts;
+  } cases[] = {{7192.5, 2125, "    51  190.00"},
+               {3996.25, 3220, "    26      70"},
+               {801, 3949, "     1   -9.89"},
+               {13584, 301, "   101  389.89"},
+               {800, 2000, ""},
+               {5000, 3950, ""},
+               {std::nan(""), 2000, ""}};
+  for (const auto& c : cases) {
+    const ReadOut r = ReadOutPosition(FrameOf(0, 101, -10, 390), c.x, c.y, 101);
+    EXPECT_EQ(r.columnText + r.valueText, c.texts) << c.x << ',' << c.y;
+    EXPECT_EQ(r.inside, !r.columnText.empty());
+  }
+}
+
+}  // namespace
+}  // namespace halmek

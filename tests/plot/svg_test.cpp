@@ -1,0 +1,78 @@
+// Tests of drawings as SVG, and of the text that goes into them.
+#include "plot/svg.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "plot/text_encoding.h"
+
+namespace halmek {
+namespace {
+
+TEST(Svg, WritesOneElementAnItemInOrder) {
+  Drawing drawing({1500, 2850}, "File:  <a&b>");
+  drawing.plotTopLeft = {100, 200};
+  drawing.plotBottomRight = {1400, 900};
+  drawing.Add(Line{{1, 2.25f}, {3, -4}, colours::grey});
+  drawing.Add(Polyline{{{0, 0}, {10.04f, 20}}, colours::red, 2});
+  drawing.Add(Circle{{50, 60}, 40, 50, colours::blue});
+  drawing.Add(Text{{70, 100}, "  \xE9>1\x1B[0m", "Label3"});
+  const std::string svg = SvgOf(drawing);
+  size_t at = 0;
+  for (const char* piece :
+       {"<svg ", "width=\"100\" height=\"100\" viewBox=\"0 0 1500 1500\"",
+        "<title>File:  &lt;a&amp;b&gt;</title>", "<rect x=\"100\" y=\"200\" width=\"1300\" height=\"700\"/>",
+        ">File:  &lt;a&amp;b&gt;</text>",
+        "<line x1=\"1\" y1=\"2.3\" x2=\"3\" y2=\"-4\" stroke=\"rgb(192,192,192)\" stroke-width=\"15\"/>",
+        "<polyline points=\"0,0 10,20 \"", "clip-path", "stroke=\"rgb(255,0,0)\" stroke-width=\"30\"/>",
+        "<circle cx=\"50\" cy=\"60\" r=\"45\" fill=\"none\" stroke=\"rgb(0,0,255)\" stroke-width=\"10\"/>",
+        "<text xml:space=\"preserve\" x=\"70\"", ">  \xC3\xA9&gt;1?[0m</text>\n</svg>\n"}) {
+    at = svg.find(piece, at);
+    ASSERT_NE(at, std::string::npos) << piece << "\n" << svg;
+  }
+}
+
+TEST(Svg, KeepsEveryPointOfACurveAndWritesFiniteNumbersOnly) {
+  Polyline curve{std::vector<Point>(6000, Point{1, 2}), colours::red};
+  using Limits = std::numeric_limits<float>;
+  for (const float value : {Limits::quiet_NaN(), Limits::infinity(), Limits::max(), Limits::lowest()})
+    curve.points.push_back({value, value});
+  Drawing drawing({}, "");
+  drawing.Add(std::move(curve));
+  const std::string svg = SvgOf(drawing);
+  const std::string points =
+      svg.substr(svg.find("points=\""), svg.find("\" fill=\"none\"") - svg.find("points=\""));
+  EXPECT_EQ(std::count(points.begin(), points.end(), ','), 6004);
+  EXPECT_EQ(points.find("nan"), std::string::npos);
+  EXPECT_EQ(points.find("inf"), std::string::npos);
+}
+
+TEST(Utf8, TakesBytesThatAreNotUtf8AsLatin) {
+  const struct {
+    const char *bytes, *text;
+  } cases[] = {
+      {"", ""},
+      {"\xE9t\xE9", "\xC3\xA9t\xC3\xA9"},
+      {"\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x8C\x9F", "\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x8C\x9F"},
+      {"\xC3\xA9 \xE9", "\xC3\x83\xC2\xA9 \xC3\xA9"},
+      {"\xE2\xAC", "\xC3\xA2\xC2\xAC"},
+      // Control characters of either set, which terminals obey.
+      {"a\tb\nc\x1B[2J\x7F", "a?b?c?[2J?"},
+      {"\x9B[2J", "?[2J"},
+      {"\xC2\x9B[2J", "?[2J"},
+      // No characters: an overlong form, a surrogate and a code beyond the last.
+      {"\xE0\xA0\xBC\xE0\x9F\xBC", "\xC3\xA0\xC2\xA0\xC2\xBC\xC3\xA0?\xC2\xBC"},
+      {"\xED\xA0\xB0", "\xC3\xAD\xC2\xA0\xC2\xB0"},
+      {"\xF4\xB0\xA0\xA0", "\xC3\xB4\xC2\xB0\xC2\xA0\xC2\xA0"},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(Utf8Of(c.bytes), c.text);
+}
+
+}  // namespace
+}  // namespace halmek
