@@ -23,8 +23,9 @@ double DecadeOf(double magnitude) { return std::pow(10.0, std::floor(std::log(ma
 // The share of a decade, in tenths, by which limits and ticks step at mantissa `m`.
 double TenthsFor(double m) { return m < 2 ? 2 : m < 5 ? 5 : 10; }
 
+// At most `count` characters of a number, but never less than its whole part, which would be another number.
 std::string FirstCharacters(const std::string& text, int count) {
-  return text.substr(0, static_cast<size_t>(count));
+  return text.substr(0, std::max(static_cast<size_t>(count), std::min(text.find('.'), text.size())));
 }
 
 void DrawVerticalGrid(Drawing& drawing, const PlotFrame& f, const Ticks& ticks) {
