@@ -135,6 +135,11 @@ void ResetDeviations(Session& s, int a) {
   s.workflow.arc[a].fitWindowStatus.clear();
 }
 
+void RequireCalibrated(const Session& s, int a) {
+  if (!s.arc[a].fitDone)
+    throw Refusal("Hey, you have not completed the line identification and fitting process!");
+}
+
 void AcceptDeviations(Session& s, int a) {
   if (!s.arc[a].fitDone)
     throw Refusal("Hey, you need to do the fit!");

@@ -29,7 +29,10 @@ Drawing PlotDeviations(Session& session, int a, WindowSize window);
 // Drops the fit, as "Reset" does.
 void ResetDeviations(Session& session, int a);
 
-// Accepts the fit. Throws Refusal where there is none.
+// Accepts the fit, as "OK" of its window does. Throws Refusal where there is none.
 void AcceptDeviations(Session& session, int a);
+
+// Leaves the arc's own window by "OK". Throws Refusal where its lines are not identified and fitted.
+void RequireCalibrated(const Session& session, int a);
 
 }  // namespace halmek

@@ -103,6 +103,8 @@ TEST_F(CalibrationTest, ResetDropsTheFitAndPowersKeepTheirOwnCoefficients) {
                 [](double x) { return 5000 + 0.6 * x + 1e-5 * x * x; });
   Arc& arc = session->arc[1];
   EXPECT_EQ(RefusalOf([&] { AcceptDeviations(*session, 1); }), "Hey, you need to do the fit!");
+  EXPECT_EQ(RefusalOf([&] { RequireCalibrated(*session, 1); }),
+            "Hey, you have not completed the line identification and fitting process!");
   ComputeDeviations(*session, 1);
   arc.fitPower = 2;
   FitDeviations(*session, 1);

@@ -1,6 +1,7 @@
 // The recipe language: words, steps as text, whole recipes and the journal.
 #include "steps/recipe.h"
 
+#include <fitsio.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -156,6 +157,35 @@ TEST(Recipe, RunTwiceAndReplayedFromItsJournalGivesTheSameBytes) {
   EXPECT_EQ(BytesIn(second.path()), expected);
   EXPECT_EQ(BytesIn(replayed.path()), expected);
   EXPECT_TRUE(expected.contains("star_1Dcal.fts"));
+}
+
+// The first pixels of a file, by CFITSIO.
+std::vector<double> PixelsByCfitsio(const std::string& path, size_t count) {
+  std::vector<double> values(count);
+  fitsfile* file = nullptr;
+  int status = 0;
+  fits_open_file(&file, path.c_str(), READONLY, &status);
+  fits_read_img(file, TDOUBLE, 1, static_cast<LONGLONG>(count), nullptr, values.data(), nullptr, &status);
+  fits_close_file(file, &status);
+  EXPECT_EQ(status, 0) << path;
+  return values;
+}
+
+TEST(Recipe, WritesFilesThatCfitsioReadsAlike) {
+  const TemporaryFolder folder;
+  WriteSmallNight(folder.path());
+  RunIn(folder.path(), RecipeFile("every_step.recipe"),
+        {{"in", "."}, {"star", "star.fts"}, {"arc", "arc.fts"}});
+  const auto session = SessionIn(folder.path());
+  for (const char* name : {"star_1D.fts", "star_1Dcal.fts", "lamp.fts"}) {
+    Perform(*session, steps::Load{"object", name});
+    const auto values = session->slot[slots::object].spectrum.Range(1, 390);
+    EXPECT_EQ(PixelsByCfitsio(folder.File(name), 390), std::vector(values.begin(), values.end())) << name;
+  }
+  Perform(*session, steps::Load{"frame", "trimmed star.fts"});
+  const auto pixels = PixelsByCfitsio(folder.File("trimmed star.fts"), 390 * 60);
+  for (int row = 1; row <= 60; ++row)
+    EXPECT_EQ(pixels[static_cast<size_t>(row) * 390 - 1], session->image(row, 390));
 }
 
 TEST(Journal, KeepsWhatWasDoneAsStepsAndWhatWasRefusedAsComments) {
