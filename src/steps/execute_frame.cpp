@@ -18,6 +18,12 @@ namespace {
 
 std::string Text(double value) { return GeneralText(static_cast<float>(value)); }
 
+std::string ColumnsText(int first, int last) {
+  const auto [low, high] = std::minmax(first, last);
+  return low == high ? "column " + std::to_string(low)
+                     : "columns " + std::to_string(low) + " to " + std::to_string(high);
+}
+
 std::string Range(int first, int last) {
   return std::to_string(std::min(first, last)) + " to " + std::to_string(std::max(first, last));
 }
@@ -74,9 +80,9 @@ Outcome Execute(Session& s, const Zap& step) {
   plot.zapLast = std::max(step.first, step.last);
   try {
     const double mean = halmek::Zap(s).value();
-    return {"columns " + Range(step.first, step.last) + " of row " + std::to_string(step.row) + " are now " +
-                Text(mean),
-            {}};
+    return {
+        ColumnsText(step.first, step.last) + " of row " + std::to_string(step.row) + ", now " + Text(mean),
+        {}};
   } catch (const Failure&) {
     plot.plotRow = shownRow;
     ClearZapSelection(plot);
@@ -87,8 +93,8 @@ Outcome Execute(Session& s, const Zap& step) {
 Outcome Execute(Session& s, const UndoZap&) {
   if (!halmek::UndoZap(s))
     throw Refusal("Hey, there is no zap to undo!");
-  return {"columns " + Range(s.rowPlot.undoFirst, s.rowPlot.undoLast) + " of row " +
-              std::to_string(s.rowPlot.undoRow) + " are back",
+  return {ColumnsText(s.rowPlot.undoFirst, s.rowPlot.undoLast) + " of row " +
+              std::to_string(s.rowPlot.undoRow) + ", as before the zap",
           {}};
 }
 
