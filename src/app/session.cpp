@@ -24,6 +24,12 @@ int Rows(const Session& session) { return CountUpTo(session.slot[0].naxis2, Fram
 
 int Pixels(const Slot& slot) { return CountUpTo(slot.naxis1, lastPixel, "NAXIS1"); }
 
+void RequireWithin(const char* what, int value, int last) {
+  if (value < 1 || value > last)
+    throw Refusal(std::string(what) + " " + std::to_string(value) + " is outside 1 to " +
+                  std::to_string(last) + ".  Please try again.");
+}
+
 std::string FullName(const Session& session, const std::string& file) {
   return (std::filesystem::path(session.dataFolder) / file).string();
 }

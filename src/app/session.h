@@ -56,8 +56,9 @@ struct FitsHeader {
 
 // One loaded file: its header and, except for the frame, its pixels.
 struct Slot : FitsHeader {
-  std::string fileName;   // without folder; empty = nothing loaded
-  int savePixelType = 0;  // BITPIX chosen for the next save, or 17
+  std::string fileName;    // without folder; empty = nothing loaded
+  std::string loadedFile;  // full name of the file that was loaded
+  int savePixelType = 0;   // BITPIX chosen for the next save, or 17
 
   FixedTable<double> spectrum{lastPixel};      // pixels 1..naxis1
   FixedTable<double> spectrumWork{lastPixel};  // the pixels before the last operation that rescaled them
@@ -67,8 +68,9 @@ struct Slot : FitsHeader {
   std::string textFileName;  // of the last text export
 };
 
-// An arc's identified lines and its dispersion. Columns count from 1 and are fractional; wavelengths are in
-// Angstrom.
+// An arc's identified lines and its dispersion. Tables that stand for a function of their index, such as
+// PixelCentroid(p), have names like functions, here and below. Columns count from 1 and are fractional;
+// wavelengths are in Angstrom.
 struct Arc {
   // By peak pixel: the centroid and its standard error (0 = not centroided), and the wavelength given to the
   // line (0 = none).
@@ -85,7 +87,7 @@ struct Arc {
   int fitPower = 4;
   bool fitDone = false;
   bool maskApplied = false;
-  bool linesChangedSinceFit = false;
+  std::array<bool, 6> fitIsStale{};  // by power: lines have changed since it was fitted
 
   PlotFrame plotFrame, deviationFrame;
 };
@@ -226,6 +228,9 @@ struct Session : Settings {
 int Columns(const Session& session);
 int Rows(const Session& session);
 int Pixels(const Slot& slot);
+
+// Throws Refusal unless `value`, the number of a row or column, lies within 1..last.
+void RequireWithin(const char* what, int value, int last);
 
 // The full name of a file that is named relative to `dataFolder`.
 std::string FullName(const Session& session, const std::string& file);

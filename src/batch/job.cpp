@@ -3,15 +3,27 @@
 
 #include <filesystem>
 #include <memory>
+#include <new>
 
-#include "files/input_file.h"
 #include "plot/text_encoding.h"
 
 namespace halmek::batch {
 namespace {
 
-// Header cards and names come from files: what goes to a terminal holds no control characters but our line
-// ends.
+void Perform(const Job& job, Session& session, const JobOutput& output, JobResult& result) {
+  session.dataFolder = std::filesystem::current_path().string();
+  RunRecipe(session, job.lines, [&](const RecipeLine& step, const Outcome& outcome) {
+    output.line(Printable(std::to_string(step.number) + " " + TextOf(step.step) + ": " + outcome.found));
+    for (const std::string& warning : outcome.warnings) {
+      result.warnings.push_back(Located(job.recipeName, step.number, warning));
+      output.warning(result.warnings.back());
+    }
+  });
+  result.succeeded = true;
+}
+
+}  // namespace
+
 std::string Printable(const std::string& text) {
   std::string printable;
   size_t start = 0;
@@ -22,41 +34,32 @@ std::string Printable(const std::string& text) {
   return printable + Utf8Of(std::string_view(text).substr(start));
 }
 
-}  // namespace
-
 std::string Located(const std::string& recipeName, int line, const std::string& text) {
-  return recipeName + (line > 0 ? ":" + std::to_string(line) : std::string()) + ": " + text;
+  return Printable(recipeName + (line > 0 ? ":" + std::to_string(line) : std::string()) + ": " + text);
 }
 
-Job ReadJob(const std::string& recipe, const Variables& variables) {
-  try {
-    return {recipe, ParseRecipe(ReadWholeFile(recipe), variables)};
-  } catch (const Failure& failure) {
-    throw RecipeStopped(0, FailureLine("", failure));
-  }
+Job JobOf(const std::string& recipeName, const std::string& text, const Variables& variables) {
+  return {recipeName, ParseRecipe(text, variables)};
 }
 
-JobResult Run(const Job& job, const std::function<void(const std::string&)>& print) {
-  const auto session = std::make_unique<Session>();
+JobResult Run(const Job& job, const JobOutput& output) {
   JobResult result;
-  int line = 0;
+  std::unique_ptr<Session> session;
   try {
-    session->dataFolder = std::filesystem::current_path().string();
-    RunRecipe(*session, job.lines, [&](const RecipeLine& step, const Outcome& outcome) {
-      line = step.number;
-      print(Printable(std::to_string(line) + " " + TextOf(step.step) + ": " + outcome.found));
-      for (const std::string& warning : outcome.warnings)
-        result.warnings.push_back(Printable(Located(job.recipeName, line, warning)));
-    });
-    result.succeeded = true;
+    session = std::make_unique<Session>();
+    Perform(job, *session, output, result);
   } catch (const RecipeStopped& stopped) {
-    result.failure = Printable(Located(job.recipeName, stopped.line(), stopped.what()));
+    result.failure = Located(job.recipeName, stopped.line(), stopped.what());
+  } catch (const std::bad_alloc&) {
+    result.failure = Located(job.recipeName, 0, RunTimeError(run_time_error::outOfMemory).text());
   } catch (const std::exception& error) {
-    // Memory or the file system gave out; the other jobs go on.
-    result.failure = Printable(Located(job.recipeName, line, error.what()));
+    // The current folder is gone, for example.
+    result.failure = Located(job.recipeName, 0, error.what());
   }
-  result.writtenFiles = session->writtenFiles;
-  result.journal = JournalText(*session);
+  if (session) {
+    result.writtenFiles = session->writtenFiles;
+    result.journal = JournalText(*session);
+  }
   return result;
 }
 

@@ -24,15 +24,22 @@ struct JobResult {
   std::string journal;
 };
 
-// Reads the file `recipe` with those values. Throws RecipeStopped where a line cannot be understood, with
-// line 0 where the file cannot be read.
-Job ReadJob(const std::string& recipe, const Variables& variables);
+// Understands the recipe `text` with those values. Throws RecipeStopped where a line cannot be understood.
+Job JobOf(const std::string& recipeName, const std::string& text, const Variables& variables);
 
-// Runs the job in a session of its own, in the current folder, and hands each step's line of output to
-// `print`.
-JobResult Run(const Job& job, const std::function<void(const std::string&)>& print);
+// What a run tells while it goes on: each step's line of output and, as they come, the warnings. Both are fit
+// to be printed.
+struct JobOutput {
+  std::function<void(const std::string&)> line, warning;
+};
 
-// "RECIPE:LINE: text", or "RECIPE: text" for line 0.
+// Runs the job in a session of its own, in the current folder. Whatever fails is in the result.
+JobResult Run(const Job& job, const JobOutput& output);
+
+// "RECIPE:LINE: text", or "RECIPE: text" for line 0, fit to be printed.
 std::string Located(const std::string& recipeName, int line, const std::string& text);
+
+// Text with control characters replaced, but for its line ends: names and header cards come from files.
+std::string Printable(const std::string& text);
 
 }  // namespace halmek::batch

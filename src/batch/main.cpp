@@ -1,12 +1,19 @@
 // halmek-batch: reductions by recipe, without a window.
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
+#include <cerrno>
 #include <cstdio>
+#include <filesystem>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "batch/job.h"
 #include "batch/many.h"
 #include "files/atomic_write.h"
+#include "files/input_file.h"
+#include "files/process.h"
 
 namespace {
 
@@ -42,7 +49,8 @@ void Describe(CLI::App& app, Options& options) {
       ->expected(2, 1 << 20);
   app.add_option("--jobs", options.jobs, "how many runs at once, with --for")
       ->type_name("N")
-      ->check(CLI::Range(1, 256));
+      ->check(CLI::Range(1, 256))
+      ->needs("--for");
   app.add_option("--journal", options.journal, "write the steps performed as a recipe; not with --for")
       ->type_name("FILE");
   app.set_version_flag("--version", "halmek-batch " HALMEK_VERSION);
@@ -50,7 +58,7 @@ void Describe(CLI::App& app, Options& options) {
 }
 
 int Complain(const std::string& text) {
-  std::fprintf(stderr, "halmek-batch: %s\n", text.c_str());
+  std::fprintf(stderr, "%s\n", halmek::batch::Printable("halmek-batch: " + text).c_str());
   return statusNotUnderstood;
 }
 
@@ -58,59 +66,88 @@ Variables VariablesOf(const std::vector<std::string>& assignments) {
   Variables variables;
   for (const std::string& assignment : assignments) {
     const size_t equals = assignment.find('=');
-    if (equals == std::string::npos || equals == 0)
+    if (equals == std::string::npos || !halmek::IsVariableName(assignment.substr(0, equals)))
       throw halmek::NotUnderstood("'" + assignment + "' is not NAME=VALUE");
     variables[assignment.substr(0, equals)] = assignment.substr(equals + 1);
   }
   return variables;
 }
 
+// A journal that cannot be written is better known before the run than after it.
+void RequireFolderOf(const std::string& file) {
+  const std::filesystem::path path = std::filesystem::absolute(file);
+  if (access(path.parent_path().c_str(), W_OK | X_OK) != 0)
+    throw halmek::NotUnderstood(halmek::FailureLine(file, halmek::ErrorFromSystem(errno, path.string())));
+}
+
+void WriteJournal(const std::string& file, const std::string& journal) {
+  try {
+    halmek::AtomicWrite(file, journal);
+  } catch (const halmek::Failure& failure) {
+    throw std::runtime_error(halmek::FailureLine(file, failure));
+  }
+}
+
 // One run, whose steps are printed as they come.
-int RunOnce(const Options& options, const Variables& variables) {
-  const halmek::batch::Job job = halmek::batch::ReadJob(options.recipe, variables);
-  const auto result = halmek::batch::Run(job, [](const std::string& line) {
-    std::puts(line.c_str());
-    std::fflush(stdout);
-  });
-  for (const std::string& warning : result.warnings)
-    std::fprintf(stderr, "warning: %s\n", warning.c_str());
+int RunOnce(const Options& options, const std::string& recipe, const Variables& variables) {
+  const halmek::batch::Job job = halmek::batch::JobOf(options.recipe, recipe, variables);
+  if (!options.journal.empty())
+    RequireFolderOf(options.journal);
+  const auto result = halmek::batch::Run(
+      job, {[](const std::string& line) {
+              std::puts(line.c_str());
+              std::fflush(stdout);
+            },
+            [](const std::string& warning) { std::fprintf(stderr, "warning: %s\n", warning.c_str()); }});
   if (!result.succeeded)
     std::fprintf(stderr, "%s\n", result.failure.c_str());
   if (!options.journal.empty())
-    halmek::AtomicWrite(options.journal, result.journal);
+    WriteJournal(options.journal, result.journal);
   return result.succeeded ? 0 : statusRefused;
 }
 
-// One run a file. All are read before the first runs.
-int RunForFiles(const Options& options, Variables variables) {
+bool UsesVariable(const std::string& recipe, Variables variables, const std::string& name) {
+  variables.erase(name);
+  try {
+    halmek::ParseRecipe(recipe, variables);
+    return false;
+  } catch (const halmek::RecipeStopped&) {
+    return true;
+  }
+}
+
+// One run a file. All are understood before the first runs.
+int RunForFiles(const Options& options, const std::string& recipe, Variables variables) {
+  const std::string& name = options.forFiles.front();
   if (!options.journal.empty())
     return Complain("--journal goes with a single run, not with --for");
+  if (!halmek::IsVariableName(name) || variables.contains(name))
+    return Complain("--for needs the NAME of a variable that has no value yet, not '" + name + "'");
   const std::vector<std::string> files(options.forFiles.begin() + 1, options.forFiles.end());
   std::vector<halmek::batch::Job> jobs;
   for (const std::string& file : files) {
-    variables[options.forFiles.front()] = file;
-    jobs.push_back(halmek::batch::ReadJob(options.recipe, variables));
+    variables[name] = file;
+    jobs.push_back(halmek::batch::JobOf(options.recipe, recipe, variables));
   }
+  if (!UsesVariable(recipe, variables, name))
+    return Complain("the recipe does not use $" + name);
   return halmek::batch::RunMany(files, jobs, options.jobs);
 }
 
-}  // namespace
+// Output that could not be written is a failure, too.
+int StatusWithOutput(int status) {
+  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0)
+    return status;
+  std::fprintf(stderr, "halmek-batch: standard output could not be written\n");
+  return status == 0 ? statusRefused : status;
+}
 
-int main(int argc, char** argv) {
-  CLI::App app("Reduces long-slit frames to calibrated spectra by recipe.", "halmek-batch");
-  Options options;
-  Describe(app, options);
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::Success& asked) {
-    return app.exit(asked);
-  } catch (const CLI::ParseError& error) {
-    return Complain(std::string(error.what()) + "; see halmek-batch --help");
-  }
-
+int RunRecipes(const Options& options) {
   try {
     const Variables variables = VariablesOf(options.assignments);
-    return options.forFiles.empty() ? RunOnce(options, variables) : RunForFiles(options, variables);
+    const std::string recipe = halmek::ReadWholeFile(options.recipe);
+    return options.forFiles.empty() ? RunOnce(options, recipe, variables)
+                                    : RunForFiles(options, recipe, variables);
   } catch (const halmek::NotUnderstood& problem) {
     return Complain(problem.what());
   } catch (const halmek::RecipeStopped& stopped) {
@@ -118,7 +155,28 @@ int main(int argc, char** argv) {
                  halmek::batch::Located(options.recipe, stopped.line(), stopped.what()).c_str());
     return statusNotUnderstood;
   } catch (const halmek::Failure& failure) {
-    std::fprintf(stderr, "%s\n", halmek::FailureLine(options.journal, failure).c_str());
+    std::fprintf(stderr, "%s\n",
+                 halmek::batch::Printable(halmek::FailureLine(options.recipe, failure)).c_str());
+    return statusNotUnderstood;
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  halmek::PrepareProcess();
+  CLI::App app("Reduces long-slit frames to calibrated spectra by recipe.", "halmek-batch");
+  Options options;
+  Describe(app, options);
+  try {
+    app.parse(argc, argv);
+    return StatusWithOutput(RunRecipes(options));
+  } catch (const CLI::Success& asked) {
+    return StatusWithOutput(app.exit(asked));
+  } catch (const CLI::ParseError& error) {
+    return Complain(std::string(error.what()) + "; see halmek-batch --help");
+  } catch (const std::exception& error) {
+    Complain(error.what());
     return statusRefused;
   }
 }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -37,16 +38,17 @@ class Reporter {
     HideBar();
     std::map<std::string, std::string> writers;
     for (size_t i = 0; i < results_.size(); ++i) {
-      std::vector<std::string> written = results_[i]->writtenFiles;
+      std::vector<std::string> written;
+      for (const std::string& file : results_[i]->writtenFiles)
+        written.push_back(std::filesystem::path(file).lexically_normal().string());
       std::sort(written.begin(), written.end());
       written.erase(std::unique(written.begin(), written.end()), written.end());
       for (const std::string& file : written) {
         const auto [earlier, isNew] = writers.emplace(file, files_[i]);
         if (isNew)
           continue;
-        std::fprintf(stderr, "%s: written for %s and for %s; only one of them is left\n", file.c_str(),
-                     earlier->second.c_str(), files_[i].c_str());
-        failed_ = true;
+        Complain(file + ": written for " + earlier->second + " and for " + files_[i] +
+                 "; only one of them is left");
       }
     }
     return failed_ ? 1 : 0;
@@ -55,14 +57,18 @@ class Reporter {
  private:
   void Print(const std::string& file, const JobResult& result) {
     for (const std::string& warning : result.warnings)
-      std::fprintf(stderr, "warning: %s: %s\n", file.c_str(), warning.c_str());
+      std::fprintf(stderr, "warning: %s\n", Printable(file + ": " + warning).c_str());
     if (result.succeeded) {
-      std::printf("%s: done, wrote %s\n", file.c_str(), Names(result.writtenFiles).c_str());
+      std::puts(Printable(file + ": done, wrote " + Names(result.writtenFiles)).c_str());
       std::fflush(stdout);
     } else {
-      std::fprintf(stderr, "%s: %s\n", file.c_str(), result.failure.c_str());
-      failed_ = true;
+      Complain(file + ": " + result.failure);
     }
+  }
+
+  void Complain(const std::string& text) {
+    std::fprintf(stderr, "%s\n", Printable(text).c_str());
+    failed_ = true;
   }
 
   static std::string Names(const std::vector<std::string>& files) {
@@ -101,6 +107,7 @@ int RunMany(const std::vector<std::string>& files, const std::vector<Job>& jobs,
   Reporter reporter(files, jobs.size());
   std::mutex mutex;
   size_t next = 0;
+  const JobOutput silent{[](const std::string&) {}, [](const std::string&) {}};
   const auto work = [&] {
     for (;;) {
       size_t index;
@@ -110,13 +117,19 @@ int RunMany(const std::vector<std::string>& files, const std::vector<Job>& jobs,
           return;
         index = next++;
       }
-      reporter.Take(index, Run(jobs[index], [](const std::string&) {}));
+      reporter.Take(index, Run(jobs[index], silent));
     }
   };
 
+  // This thread works, too; where the system has no more threads to give, those there are do it all.
   std::vector<std::thread> threads;
-  for (size_t i = 0; i < std::min(static_cast<size_t>(atOnce), jobs.size()); ++i)
-    threads.emplace_back(work);
+  try {
+    for (size_t i = 1; i < std::min(static_cast<size_t>(atOnce), jobs.size()); ++i)
+      threads.emplace_back(work);
+  } catch (const std::exception&) {
+    // Fewer at once.
+  }
+  work();
   for (std::thread& thread : threads)
     thread.join();
   return reporter.Finish();

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "calib/deviations.h"
 #include "calib/line_list.h"
 #include "numeric/rounding.h"
 #include "plot/number_text.h"
@@ -24,19 +25,24 @@ void MarkIdentifiedLines(Drawing& drawing, const Arc& arc, int a) {
 
 }  // namespace
 
+void OpenArcPlot(Session& s, int a) {
+  RequireArc(s, a);
+  s.currentSlot = a;
+  Arc& arc = s.arc[a];
+  if (arc.LineCount >= 2)
+    FitDispersionLine(s, a);
+  arc.linRms = LinearRms(arc);
+}
+
 Drawing PlotArc(Session& s, int a, WindowSize window) {
   RequireArc(s, a);
   const Slot& slot = s.slot[a];
   const std::span<const double> values = slot.spectrum.Range(1, Pixels(slot));
-  double smallest = 99999, largest = -99999;
-  for (double value : values) {
-    smallest = std::min(smallest, value);
-    largest = std::max(largest, value);
-  }
+  const ValueRange range = RangeOf(values);
   PlotFrame& f = s.arc[a].plotFrame;
   LayoutPlot(f, window);
   SetXRange(f, 1, static_cast<double>(values.size()));
-  SetYRange(f, NiceLowerBound(smallest), NiceUpperBound(largest));
+  SetYRange(f, NiceLowerBound(range.smallest), NiceUpperBound(range.largest));
 
   Drawing drawing(window,
                   PlotCaption("Arc " + std::to_string(a) + "   File:  ", slot.fileName, slot.objectName));

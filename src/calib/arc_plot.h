@@ -7,6 +7,10 @@
 
 namespace halmek {
 
+// Makes arc `a` current, as opening its plot does, and computes the straight-line fit and its RMS anew.
+// Throws Refusal where no arc is loaded.
+void OpenArcPlot(Session& session, int a);
+
 // The plot of arc `a`, with a short mark at the top for every identified line. Throws Refusal where no arc is
 // loaded.
 Drawing PlotArc(Session& session, int a, WindowSize window);

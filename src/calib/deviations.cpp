@@ -82,7 +82,7 @@ void FitDeviations(Session& s, int a) {
   }
   arc.DeviationCoef[power] = *fit;
   arc.fitDone = true;
-  arc.linesChangedSinceFit = false;
+  arc.fitIsStale[power] = false;
   s.workflow.arc[a].fitWindowStatus = doneText;
   s.workflow.arc[a].fitStatus = doneText;
 }
@@ -124,7 +124,7 @@ Drawing PlotDeviations(Session& s, int a, WindowSize window) {
   Drawing drawing(window, "Plot Wavelength Differences - Arc " + std::to_string(a));
   DrawAxes(drawing, f, deviationAxes);
   DrawDots(drawing, arc);
-  if (arc.DeviationCoef[arc.fitPower].power != 0)
+  if (arc.fitDone && arc.DeviationCoef[arc.fitPower].power != 0)
     DrawDeviationCurve(drawing, arc, pixels);
   DrawLegend(drawing, f);
   return drawing;

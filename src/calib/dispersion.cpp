@@ -21,13 +21,15 @@ void CheckObject(const Slot& object) {
 void CheckArcs(const Session& s) {
   if (s.arcCount == 2 && !(s.arc[1].fitDone && s.arc[2].fitDone))
     throw Refusal(
-        "Hey, if you have only 1 calibrated arc, select 1 under # Arc files or calibrate the uncalibrated "
-        "arc "
-        "file.");
+        "Hey, if you have only 1 calibrated arc, select 1 under # Arc files or calibrate the "
+        "uncalibrated arc file.");
   for (int a = 1; a <= s.arcCount; ++a)
     if (s.arc[a].LineCount < 2)
       throw Refusal("Hey, you need to identify two or more lines of Arc " + std::to_string(a) + " first!");
 }
+
+// Angstrom per pixel; a smaller step would be written as zero.
+constexpr double leastStep = 1e-6;
 
 struct LinearScale {
   double start = 0, step = 0;
@@ -51,7 +53,7 @@ Warnings ArcWarnings(const Session& s) {
     if (arc.DeviationCoef[arc.fitPower].power == 0)
       warnings.push_back("The deviations of " + name + " were not fitted with power " +
                          std::to_string(arc.fitPower) + ": no correction comes from it.");
-    else if (arc.linesChangedSinceFit)
+    else if (arc.fitIsStale[arc.fitPower])
       warnings.push_back("The lines of " + name + " have changed since their deviations were fitted.");
     if (Pixels(s.slot[a]) != Pixels(s.slot[slots::object]))
       warnings.push_back(name + " has " + std::to_string(Pixels(s.slot[a])) + " pixels, the object " +
@@ -107,7 +109,7 @@ Warnings CorrectDispersion(Session& s) {
   CheckObject(object);
   CheckArcs(s);
   const LinearScale scale = ScaleOf(s);
-  if (scale.step == 0 || !std::isfinite(scale.step))
+  if (!(std::fabs(scale.step) >= leastStep) || !std::isfinite(scale.step))
     throw Refusal("Hey, the arcs give no wavelength scale!  Please identify their lines again.");
   RequireRoomForCards(object, 3);
 

@@ -7,8 +7,8 @@ namespace halmek {
 
 // Redistributes the object's flux so that pixel p lies at dispStart + (p - 1) x dispStep Angstrom, on the
 // mean of the straight lines of the arcs in use, and appends CRVAL1, CD1_1 and a HISTORY card. Flux is
-// conserved but for what leaves the spectrum; at the edges, where no flux arrives, the uncorrected values are
-// kept.
+// conserved but for what leaves the spectrum and for the edges, which the shift empties and which keep their
+// uncorrected values.
 //
 // Warns where lines have changed since their deviations were fitted, where an arc has no deviation fit, and
 // where arc and object differ in length. Throws Refusal, with nothing changed, where no object is loaded,

@@ -11,8 +11,9 @@
 namespace halmek {
 namespace {
 
-constexpr double notIdentified = 0.001;  // a wavelength up to this is none
-constexpr int nearby = 3;                // pixels within which one deletion takes several lines
+constexpr double leastWavelength = 3000, largestWavelength = 9000;  // Angstrom
+constexpr double notIdentified = 0.001;                             // a wavelength up to this is none
+constexpr int nearby = 3;  // pixels within which one deletion takes several lines
 
 // The panel's two number forms: as filled by a click, and as refreshed by a fit.
 std::string ClickText(double value) { return FormatFixed(value, 11, 5); }
@@ -81,10 +82,7 @@ void Refit(Session& s, int a, double wavelength) {
 }
 
 double UpperAxisLimit(const Slot& slot) {
-  double largest = -99999;
-  for (double value : slot.spectrum.Range(1, Pixels(slot)))
-    largest = std::max(largest, value);
-  return NiceUpperBound(largest);
+  return NiceUpperBound(RangeOf(slot.spectrum.Range(1, Pixels(slot))).largest);
 }
 
 }  // namespace
@@ -92,6 +90,10 @@ double UpperAxisLimit(const Slot& slot) {
 void RequireArc(const Session& s, int a) {
   if (s.slot[a].fileName.empty() || Pixels(s.slot[a]) == 0)
     throw Refusal("Hey, no Arc " + std::to_string(a) + " file has been loaded!");
+}
+
+bool IsValidWavelength(double wavelength) {
+  return wavelength >= leastWavelength && wavelength <= largestWavelength;
 }
 
 void RebuildLineList(Session& s, int a) {
@@ -105,7 +107,7 @@ void RebuildLineList(Session& s, int a) {
     s.FitWavelength(n) = arc.ArcLineWavelength(n) = arc.PixelWavelength(p);
   }
   arc.LineCount = n;
-  arc.linesChangedSinceFit = true;
+  arc.fitIsStale.fill(true);
 }
 
 std::optional<double> FitDispersionLine(Session& s, int a) {
@@ -141,7 +143,7 @@ void ClickLine(Session& s, int a, int column) {
 }
 
 bool UpdateFit(Session& s, int a, double wavelength) {
-  if (!(wavelength >= 3000 && wavelength <= 9000))
+  if (!IsValidWavelength(wavelength))
     throw Refusal("Hey, you need to type a valid wavelength! (It must be between 3000 and 9000 Angstroms.)");
   Arc& arc = s.arc[a];
   if (arc.LineCount >= 1 && arc.PixelWavelength(s.peakPixel) != 0)
@@ -151,21 +153,31 @@ bool UpdateFit(Session& s, int a, double wavelength) {
                   " identified lines at most.  Please delete one first.");
   arc.PixelWavelength(s.peakPixel) = wavelength;
   RebuildLineList(s, a);
+  if (arc.LineCount >= 2 && !HasDistinct(arc.ArcLineColumn.Range(1, arc.LineCount), 2)) {
+    arc.PixelWavelength(s.peakPixel) = 0;
+    RebuildLineList(s, a);
+    throw Refusal("Hey, this line lies at the same column as the other.  Please choose another line.");
+  }
   Refit(s, a, wavelength);
   return true;
 }
 
 int DeleteEntry(Session& s, int a) {
   Arc& arc = s.arc[a];
-  int deleted = 0;
-  for (int p = std::max(1, s.peakPixel - nearby); p <= std::min(lastPixel, s.peakPixel + nearby); ++p) {
-    deleted += arc.PixelWavelength(p) > notIdentified;
+  const int first = std::max(1, s.peakPixel - nearby), last = std::min(lastPixel, s.peakPixel + nearby);
+  const auto wavelengths = arc.PixelWavelength.Range(first, last);
+  const auto deleted =
+      std::count_if(wavelengths.begin(), wavelengths.end(), [](double w) { return w > notIdentified; });
+  if (deleted == 0)
+    return 0;
+
+  // Their centroids go, too, so that they are centroided again when they are clicked.
+  for (int p = first; p <= last; ++p)
     if (arc.PixelCentroid(p) > 0.0001)
       arc.PixelCentroid(p) = arc.PixelWavelength(p) = 0;
-  }
   RebuildLineList(s, a);
   Refit(s, a, NumericPrefix(s.linePanel.wavelengthText));
-  return deleted;
+  return static_cast<int>(deleted);
 }
 
 void DeleteAllLines(Session& s, int a) {
@@ -176,9 +188,12 @@ void DeleteAllLines(Session& s, int a) {
   arc.LineCount = 0;
   arc.linIntercept = arc.linSlope = arc.linRms = 0;
   arc.fitDone = false;
-  arc.linesChangedSinceFit = true;
-  s.workflow.arc[a].maskStatus.clear();
-  s.workflow.arc[a].deviationStatus.clear();
+  arc.fitIsStale.fill(true);
+  Workflow::ArcStatus& status = s.workflow.arc[a];
+  status.maskStatus.clear();
+  status.deviationStatus.clear();
+  status.fitStatus.clear();
+  status.fitWindowStatus.clear();
 }
 
 void ShowTableEntry(Session& s, int entry) {

@@ -7,6 +7,9 @@
 
 namespace halmek {
 
+// True for the wavelengths that a line can be given: 3000 to 9000 Angstrom.
+bool IsValidWavelength(double wavelength);
+
 // Rebuilds the line list of arc `a` in pixel order from the wavelengths given to its pixels, and the points
 // of the straight-line fit.
 void RebuildLineList(Session& session, int a);
@@ -22,8 +25,8 @@ void ClickLine(Session& session, int a, int column);
 // 9000 and for a 51st line, with nothing changed.
 bool UpdateFit(Session& session, int a, double wavelength);
 
-// Takes the wavelengths of all lines within 3 pixels of the clicked one, and refits. Returns how many there
-// were.
+// Takes the wavelengths of all lines within 3 pixels of the clicked one, and refits. Returns how many
+// there were; where there was none, the list stays as it was.
 int DeleteEntry(Session& session, int a);
 
 // Takes all identifications of the arc, and its fits.

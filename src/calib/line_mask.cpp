@@ -51,6 +51,8 @@ struct FoundLine {
 
 FoundLine FindMaskLine(Session& s, int a, int k) {
   try {
+    if (!IsValidWavelength(s.mask.MaskWavelength(k)))
+      throw Refusal("The wavelength must be between 3000 and 9000 Angstroms.");
     const Peak peak = FindPeak(s.slot[a], RoundToInt(s.mask.MaskColumn(k)));
     if (peak.pixel == 0)
       throw Refusal(noMaximumMessage);
@@ -93,14 +95,16 @@ void TakeLines(Session& s, Arc& arc, const FoundLines& found) {
   }
   s.peakPixel = found.back().pixel;
   s.centroidValue = found.back().centroid.column;
-  arc.linesChangedSinceFit = true;
+  arc.fitIsStale.fill(true);
 }
 
 }  // namespace
 
 void LoadMask(Session& s, const std::string& file) {
   s.mask.maskFileName = LeafName(file);
-  const std::string text = ReadWholeFile(FullName(s, file));
+  std::string text = ReadWholeFile(FullName(s, file));
+  if (text.starts_with("\xEF\xBB\xBF"))
+    text.erase(0, 3);
   if (text.empty())
     throw RunTimeError(run_time_error::pastEndOfFile, "the file is empty");
   const std::vector<std::string_view> lines = Lines(text);

@@ -20,7 +20,7 @@ WavelengthTable ParseWavelengthTable(const std::string& text) {
       continue;
     const auto wavelength = record.Number();
     const auto name = record.Text();
-    if (!wavelength || (!name && !lines[i].ends_with(',')))
+    if (!wavelength || (!name && !lines[i].ends_with(',')) || !record.AtEnd())
       throw RunTimeError(run_time_error::invalidFormat,
                          LineNumber(i) + " is not a number followed by a label");
     if (table.wlCount == lastTableEntry)
@@ -35,10 +35,15 @@ WavelengthTable ParseWavelengthTable(const std::string& text) {
   return table;
 }
 
-void LoadWavelengthTable(Session& s, const std::string& file) {
+Warnings LoadWavelengthTable(Session& s, const std::string& file) {
   s.wlTableFile = file;
   try {
-    s.wavelengthTable = ParseWavelengthTable(ReadWholeFile(FullName(s, file)));
+    const std::string text = ReadWholeFile(FullName(s, file));
+    s.wavelengthTable = ParseWavelengthTable(text);
+    const std::string_view heading = Lines(text)[0];
+    if (RecordLine(heading).Number())
+      return {"The first line is a heading and is not read: " + std::string(heading)};
+    return {};
   } catch (const RunTimeError& error) {
     s.wavelengthTable = {};
     throw Refusal(

@@ -158,7 +158,7 @@ void DisableSteps(Workflow& workflow, int slot) {
 
 void StartOverArc(Session& session, int a) {
   Arc& arc = session.arc[a];
-  arc.linesChangedSinceFit = arc.LineCount > 0 || arc.linesChangedSinceFit;
+  arc.fitIsStale.fill(true);
   arc.PixelCentroid.Clear();
   arc.PixelCentroidError.Clear();
   arc.PixelWavelength.Clear();
@@ -201,6 +201,7 @@ Warnings LoadFits2D(Session& session, const std::string& file) {
   workflow.trimEnabled = !session.frameTrimmed;
   workflow.fixColumnEnabled = workflow.fixTraceEnabled = workflow.sliceEnabled = true;
   ClearFrameStatus(workflow);
+  frame.loadedFile = FullName(session, file);
   ShowNames(session, slots::frame);
   return ScalingWarnings(frame, type);
 }
@@ -230,6 +231,7 @@ Warnings LoadFits1D(Session& session, int s, const std::string& file) {
   } else {
     StartOverArc(session, s);
   }
+  slot.loadedFile = FullName(session, file);
   ShowNames(session, s);
   return ScalingWarnings(slot, type);
 }

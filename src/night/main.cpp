@@ -2,9 +2,11 @@
 #include <exception>
 #include <iostream>
 
+#include "files/process.h"
 #include "night/command_line.h"
 
 int main(int argc, char** argv) {
+  halmek::PrepareProcess();
   try {
     return halmek::night::RunCommandLine(argc, argv, std::cout, std::cerr);
   } catch (const std::exception& error) {

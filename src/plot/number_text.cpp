@@ -131,6 +131,12 @@ std::string GeneralText(float value) {
   return text;
 }
 
+std::string ShortText(double value) {
+  std::string text;
+  AppendGeneral(text, value, 7);
+  return text;
+}
+
 std::string FormatFixed(double value, int width, int decimals) {
   std::string s = PlainText(value);
   size_t point = s.find('.');

@@ -14,6 +14,9 @@ std::string GeneralText(double value);
 // The same for single precision: at most 7 significant digits, an exponent from 1E+07 on.
 std::string GeneralText(float value);
 
+// The same for a double at 7 digits, for lines of output.
+std::string ShortText(double value);
+
 // Appends GeneralText(value) to `text`; for bulk output.
 void AppendGeneralText(std::string& text, double value);
 

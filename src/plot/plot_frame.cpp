@@ -148,6 +148,15 @@ void LayoutPlot(PlotFrame& f, WindowSize window) {
   f.plotHeight = f.plotBottom - f.plotTop;
 }
 
+ValueRange RangeOf(std::span<const double> values) {
+  ValueRange range;
+  for (double value : values) {
+    range.smallest = std::min(range.smallest, value);
+    range.largest = std::max(range.largest, value);
+  }
+  return range;
+}
+
 void SetXRange(PlotFrame& f, double low, double high) {
   f.xMin = low;
   f.xMax = high;

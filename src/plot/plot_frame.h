@@ -43,6 +43,12 @@ Ticks TicksBetween(double low, double high);
 // height - 2050, and the distances between them.
 void LayoutPlot(PlotFrame& frame, WindowSize window);
 
+// The smallest and the largest of some values, as the plots look for them: from these bounds on.
+struct ValueRange {
+  double smallest = 99999, largest = -99999;
+};
+ValueRange RangeOf(std::span<const double> values);
+
 void SetXRange(PlotFrame& frame, double low, double high);
 void SetYRange(PlotFrame& frame, double low, double high);
 

@@ -77,7 +77,7 @@ ColumnSums SumColumns(const Session& s, const std::vector<double>& rows, int col
 
 // A column whose pixels are too large to be summed has no fit.
 [[noreturn]] void ThrowNoFit(Session& s, int column) {
-  s.background.backgroundFitted = false;  // the columns before have new models
+  s.workflow.crunchEnabled = s.background.backgroundFitted = false;  // the columns before have new models
   throw RunTimeError(run_time_error::overflow, "the background of column " + std::to_string(column));
 }
 

@@ -27,13 +27,9 @@ void PrepareFrame(Session& s, WindowSize window, const std::vector<double>& valu
   ++f.plotWidth;  // counts its last twip, which the height does not
   SetXRange(f, 0, Rows(s));
 
-  double smallest = 99999, largest = -99999;
-  for (double value : values) {
-    smallest = std::min(smallest, value);
-    largest = std::max(largest, value);
-  }
-  const double low = s.slice.fixedScale ? 0 : NiceLowerBound(smallest);
-  const double high = NiceUpperBound(s.slice.fixedScale ? s.imageMax : largest);
+  const ValueRange range = RangeOf(values);
+  const double low = s.slice.fixedScale ? 0 : NiceLowerBound(range.smallest);
+  const double high = NiceUpperBound(s.slice.fixedScale ? s.imageMax : range.largest);
   SetYRange(f, low, high < 0 ? 1 : high);
 }
 
@@ -79,9 +75,7 @@ int ClickedRow(const Session& s, double mouseX) {
 
 void RequireRows(const Session& s, std::initializer_list<int> chosen) {
   for (int row : chosen)
-    if (row < 1 || row > Rows(s))
-      throw Refusal("Row " + std::to_string(row) + " is outside the frame, which has rows 1 to " +
-                    std::to_string(Rows(s)) + ".  Please try again.");
+    RequireWithin("Row", row, Rows(s));
 }
 
 }  // namespace
@@ -206,6 +200,7 @@ void CancelBackground(Session& s) {
   s.slice.apertureState = Slice::nothing;
   s.slice.backgroundClicks = 0;
   s.background.backgroundFitted = false;
+  s.workflow.crunchEnabled = false;
 }
 
 }  // namespace halmek

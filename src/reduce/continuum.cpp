@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <optional>
+#include <set>
 #include <vector>
 
 #include "numeric/rounding.h"
@@ -20,9 +21,10 @@ std::span<const double> Values(const Session& s) {
 
 const Polynomial& CurrentFit(const Continuum& c) { return c.ContinuumCoefficients[c.fittedPower]; }
 
-[[noreturn]] void RefuseTooFewPoints(int power) {
+[[noreturn]] void RefuseTooFewPoints(int power, size_t different) {
   throw Refusal("Hey, for a fit of power " + std::to_string(power) + " you need " +
-                std::to_string(power + 1) + " points (and preferably more).  Please try again.");
+                    std::to_string(power + 1) + " points (and preferably more).  Please try again.",
+                "there are " + std::to_string(different) + " at different columns");
 }
 
 struct ContinuumPoint {
@@ -63,7 +65,7 @@ void SetAutomaticPoints(Session& s) {
     if (const auto point = Brightest(s, first, std::min(n, first + c.continuumInterval - 1)))
       points.push_back(*point);
   if (points.size() < static_cast<size_t>(c.continuumPower) + 1)
-    RefuseTooFewPoints(c.continuumPower);
+    RefuseTooFewPoints(c.continuumPower, points.size());
   if (points.size() > Continuum::lastPoint)
     RefuseTooManyPoints();
   c.continuumPointCount = 0;
@@ -105,12 +107,9 @@ void OpenContinuum(Session& s) {
 Drawing PlotContinuum(Session& s, WindowSize window) {
   const std::span<const double> values = Values(s);
   PlotFrame& f = s.continuum.contFrame;
-  double largest = -99999;
-  for (double value : values)
-    largest = std::max(largest, value);
   LayoutPlot(f, window);
   SetXRange(f, 0, static_cast<double>(values.size()));
-  SetYRange(f, 0, NiceUpperBound(largest));
+  SetYRange(f, 0, NiceUpperBound(RangeOf(values).largest));
 
   const Slot& frame = s.slot[slots::frame];
   Drawing drawing(window, PlotCaption("File:  ", frame.fileName, frame.objectName));
@@ -160,12 +159,12 @@ void FitContinuum(Session& s) {
   Continuum& c = s.continuum;
   if (s.manualFit == 0)
     SetAutomaticPoints(s);
-  if (c.continuumPointCount < c.continuumPower + 1)
-    RefuseTooFewPoints(c.continuumPower);
-  const auto fit = FitPolynomial(c.continuumPower, c.ContinuumPointColumn.Range(1, c.continuumPointCount),
-                                 c.ContinuumPointValue.Range(1, c.continuumPointCount));
+  // Too few different columns give no fit, either.
+  const auto columns = c.ContinuumPointColumn.Range(1, c.continuumPointCount);
+  const auto fit =
+      FitPolynomial(c.continuumPower, columns, c.ContinuumPointValue.Range(1, c.continuumPointCount));
   if (!fit)
-    RefuseTooFewPoints(c.continuumPower);
+    RefuseTooFewPoints(c.continuumPower, std::set<double>(columns.begin(), columns.end()).size());
 
   c.fittedPower = c.continuumPower;
   c.ContinuumCoefficients[c.fittedPower] = *fit;
@@ -204,6 +203,7 @@ bool RevertContinuum(Session& s) {
   Slot& slot = s.slot[slots::spectrum];
   const auto before = slot.spectrumWork.Range(1, Pixels(slot));
   std::copy(before.begin(), before.end(), slot.spectrum.Range(1, Pixels(slot)).begin());
+  c.normalized = false;
   ResetContinuum(s);
   return true;
 }

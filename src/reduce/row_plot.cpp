@@ -33,12 +33,12 @@ void SetColumnScroll(RowPlot& plot, int columns, double centre) {
 }
 
 // The scale and the edges. This plot's area counts its last twip, too.
-void PrepareFrame(PlotFrame& frame, WindowSize window, double smallest, double largest) {
+void PrepareFrame(PlotFrame& frame, WindowSize window, ValueRange range) {
   LayoutPlot(frame, window);
   ++frame.plotWidth;
   ++frame.plotHeight;
   SetXRange(frame, frame.firstColumn - 1, frame.lastColumn);
-  SetYRange(frame, NiceLowerBound(smallest), NiceUpperBound(largest));
+  SetYRange(frame, NiceLowerBound(range.smallest), NiceUpperBound(range.largest));
 }
 
 void DrawUprightLine(Drawing& drawing, const PlotFrame& f, double x, Colour colour) {
@@ -98,17 +98,15 @@ std::optional<Drawing> DrawRowPlot(Session& s, WindowSize window) {
     ShowFullRow(plot, columns);
 
   // The scale fits the whole row, so that it stays while one zooms.
-  const auto row = s.image.Row(plot.plotRow, 1, columns);
-  const auto [least, most] = std::minmax_element(row.begin(), row.end());
-  const double smallest = std::min(99999.0, *least), largest = std::max(-99999.0, *most);
-  if (smallest < leastShown) {
+  const ValueRange range = RangeOf(s.image.Row(plot.plotRow, 1, columns));
+  if (range.smallest < leastShown) {
     plot.hint = " " + RowNotShownMessage(plot.plotRow);
     plot.plotRow = plot.lastDrawnRow;
     plot.rowScroll.value = std::max(1, plot.lastDrawnRow);
     return std::nullopt;
   }
   plot.hint = rowPlotHint;
-  PrepareFrame(plot.rowFrame, window, smallest, largest);
+  PrepareFrame(plot.rowFrame, window, range);
   plot.lastDrawnRow = plot.plotRow;
   return RepaintRowPlot(s, window);
 }

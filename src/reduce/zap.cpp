@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace halmek {
 
@@ -61,7 +62,7 @@ bool UndoZap(Session& s) {
     return false;
   for (int column = plot.undoFirst; column <= plot.undoLast; ++column)
     s.image(plot.undoRow, column) = plot.zapBackup(column);
-  plot.plotRow = plot.undoRow;
+  plot.plotRow = std::exchange(plot.undoRow, 0);
   return true;
 }
 

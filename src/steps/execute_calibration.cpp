@@ -11,13 +11,10 @@
 #include "plot/number_text.h"
 #include "steps/execute.h"
 #include "steps/slot_names.h"
+#include "steps/wording.h"
 
 namespace halmek::steps {
 namespace {
-
-std::string Text(double value) { return GeneralText(static_cast<float>(value)); }
-
-std::string Count(int n, const char* what) { return std::to_string(n) + " " + what + (n == 1 ? "" : "s"); }
 
 // How many lines an arc has, and how well a straight line fits them.
 std::string LineSummary(const Arc& arc) {
@@ -31,9 +28,7 @@ std::string LineSummary(const Arc& arc) {
 void Click(Session& s, int a, double column) {
   RequireArcInUse(s, a);
   const int clicked = RoundToInt(column);
-  if (clicked < 1 || clicked > Pixels(s.slot[a]))
-    throw Refusal("Column " + Text(column) + " is outside 1 to " + std::to_string(Pixels(s.slot[a])) +
-                  ".  Please try again.");
+  RequireWithin("Column", clicked, Pixels(s.slot[a]));
   ClickLine(s, a, clicked);
 }
 
@@ -72,12 +67,10 @@ Outcome Execute(Session& s, const DeleteLine& step) {
   const int a = ArcNamed(step.arc);
   Click(s, a, step.column);
   const Arc& arc = s.arc[a];
-  const int first = std::max(1, s.peakPixel - 3), last = std::min(lastPixel, s.peakPixel + 3);
-  const auto near = arc.PixelWavelength.Range(first, last);
-  if (std::none_of(near.begin(), near.end(), [](double wavelength) { return wavelength > 0; }))
+  const int deleted = DeleteEntry(s, a);
+  if (deleted == 0)
     throw Refusal("There is no identified line at column " + std::to_string(s.peakPixel) +
                   ".  Please try again.");
-  const int deleted = DeleteEntry(s, a);
   return {Count(deleted, "line") + " dropped; " + LineSummary(arc), {}};
 }
 
@@ -116,6 +109,8 @@ Outcome Execute(Session& s, const FitDeviations& step) {
     if (std::fabs(residual(k)) > std::fabs(residual(worst)))
       worst = k;
   const double rms = DeviationRms(arc);
+  const std::string pixels =
+      arc.linSlope == 0 ? "" : " (" + FixedText(std::fabs(rms / arc.linSlope), 3) + " pixels)";
   return {"power " + std::to_string(step.power) + " through " + Count(arc.LineCount, "line") + ", RMS " +
               FixedText(rms, 4) + " Angstroms (" + FixedText(std::fabs(rms / arc.linSlope), 3) +
               " pixels), largest " + FixedText(residual(worst), 4) + " at " +

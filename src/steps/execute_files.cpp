@@ -1,4 +1,5 @@
 // The steps that read and write files.
+#include <algorithm>
 #include <filesystem>
 #include <optional>
 
@@ -18,13 +19,12 @@
 #include "reduce/row_plot.h"
 #include "steps/execute.h"
 #include "steps/slot_names.h"
+#include "steps/wording.h"
 
 namespace halmek::steps {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string Text(double value) { return GeneralText(static_cast<float>(value)); }
 
 std::string TypeName(int pixelType) {
   switch (pixelType) {
@@ -41,11 +41,25 @@ std::string TypeName(int pixelType) {
   }
 }
 
-std::string Described(const FitsHeader& header, const std::string& size, double least, double most) {
+std::string Described(const FitsHeader& header, const std::string& size, ValueRange range) {
   // Names may keep blanks from within their quotes.
   const std::string name = header.objectName.substr(0, header.objectName.find_last_not_of(' ') + 1);
-  return size + " pixels, " + TypeName(header.pixelType) + ", " + Text(least) + " to " + Text(most) +
-         (name.empty() ? "" : ", object " + name);
+  return size + " pixels, " + TypeName(header.pixelType) + ", " + ShortText(range.smallest) + " to " +
+         ShortText(range.largest) + (name.empty() ? "" : ", object " + name);
+}
+
+// The range of a frame as a load found it starts from bounds that large values never cross.
+ValueRange RangeOfFrame(const Session& s) {
+  ValueRange range{s.imageMin, s.imageMax};
+  if (range.smallest < 99999 && range.largest > -99999)
+    return range;
+  range = {s.image(1, 1), s.image(1, 1)};
+  for (int row = 1; row <= Rows(s); ++row) {
+    const auto pixels = s.image.Row(row, 1, Columns(s));
+    const auto [least, most] = std::minmax_element(pixels.begin(), pixels.end());
+    range = {std::min(range.smallest, *least), std::max(range.largest, *most)};
+  }
+  return range;
 }
 
 Outcome LoadFrame(Session& s, const Load& step) {
@@ -53,7 +67,7 @@ Outcome LoadFrame(Session& s, const Load& step) {
   s.daoFrame = step.what == "dao";
   Warnings warnings = LoadFits2D(s, step.file);
   return {Described(s.slot[slots::frame], std::to_string(Columns(s)) + " x " + std::to_string(Rows(s)),
-                    s.imageMin, s.imageMax),
+                    RangeOfFrame(s)),
           std::move(warnings)};
 }
 
@@ -64,20 +78,20 @@ Outcome LoadSpectrum(Session& s, const Load& step) {
   s.currentSlot = slot;
   Warnings warnings = LoadFits1D(s, slot, step.file);
   const Slot& loaded = s.slot[slot];
-  return {Described(loaded, std::to_string(Pixels(loaded)), loaded.spectrumMin, loaded.spectrumMax),
-          std::move(warnings)};
+  const auto pixels = loaded.spectrum.Range(1, Pixels(loaded));
+  const auto [least, most] = std::minmax_element(pixels.begin(), pixels.end());
+  return {Described(loaded, std::to_string(Pixels(loaded)), {*least, *most}), std::move(warnings)};
 }
 
-// The name that the save window proposes.
+// The name that the save window proposes. It follows from what was loaded, not from an earlier save.
 std::string DefaultName(const Session& s, int slot) {
-  const std::string& name = s.slot[slot].fileName;
   switch (slot) {
     case slots::frame:
-      return BaseName(name) + ".fts";
+      return BaseName(s.slot[slot].fileName) + ".fts";
     case slots::object:
-      return BaseName(name) + "cal.fts";
+      return BaseName(LeafName(s.slot[slot].loadedFile)) + "cal.fts";
     default:
-      return name;
+      return s.baseName + "_1D.fts";
   }
 }
 
@@ -109,12 +123,12 @@ Outcome Execute(Session& s, const Folder& step) {
 
 Outcome Execute(Session& s, const Load& step) {
   if (step.what == "table") {
-    LoadWavelengthTable(s, step.file);
-    return {std::to_string(s.wavelengthTable.wlCount) + " wavelengths", {}};
+    Warnings warnings = LoadWavelengthTable(s, step.file);
+    return {Count(s.wavelengthTable.wlCount, "wavelength"), std::move(warnings)};
   }
   if (step.what == "mask") {
     LoadMask(s, step.file);
-    return {std::to_string(s.mask.maskCount) + " lines", {}};
+    return {Count(s.mask.maskCount, "line"), {}};
   }
   return step.what == "frame" || step.what == "dao" ? LoadFrame(s, step) : LoadSpectrum(s, step);
 }
@@ -126,6 +140,8 @@ Outcome Execute(Session& s, const Save& step) {
   s.slot[slot].savePixelType = step.pixelType;
   const std::string file = step.file.empty() ? DefaultName(s, slot) : step.file;
   Warnings warnings = slot == slots::frame ? SaveFits2D(s, file) : SaveFits1D(s, slot, file);
+  if (FullName(s, file) == s.slot[slot].loadedFile)
+    warnings.push_back(file + " is the file that was loaded: it now holds what was saved.");
   return {"wrote " + file + " as " + TypeName(step.pixelType), std::move(warnings)};
 }
 
@@ -133,11 +149,13 @@ Outcome Execute(Session& s, const SaveMask& step) {
   const int a = ArcNamed(step.arc);
   RequireArcInUse(s, a);
   halmek::SaveMask(s, a, step.file);
-  return {"wrote " + step.file + ", " + std::to_string(s.mask.maskCount) + " lines", {}};
+  return {"wrote " + step.file + ", " + Count(s.mask.maskCount, "line"), {}};
 }
 
 Outcome Execute(Session& s, const Export& step) {
   const int slot = SlotNamed(step.what);
+  if (slot == slots::frame)
+    RequireFrame(s);
   RequireLoaded(s, slot);
   s.currentSlot = slot;
   if (slot == slots::frame)
@@ -161,8 +179,7 @@ Outcome Execute(Session& s, const Header& step) {
 Outcome Execute(Session& s, const PlotRow& step) {
   RequireFrame(s);
   if (step.row < 1)
-    throw Refusal("Row " + std::to_string(step.row) + " is outside 1 to " + std::to_string(Rows(s)) +
-                  ".  Please try again.");
+    RequireWithin("Row", step.row, Rows(s));
   OpenRowPlot(s, step.row);
   const auto drawing = DrawRowPlot(s, {s.plotRow.width, s.plotRow.height});
   if (!drawing)
@@ -173,9 +190,7 @@ Outcome Execute(Session& s, const PlotRow& step) {
 
 Outcome Execute(Session& s, const PlotColumn& step) {
   RequireFrame(s);
-  if (step.column < 1 || step.column > Columns(s))
-    throw Refusal("Column " + std::to_string(step.column) + " is outside 1 to " + std::to_string(Columns(s)) +
-                  ".  Please try again.");
+  RequireWithin("Column", step.column, Columns(s));
   s.slice.sliceColumn = step.column;
   return WriteDrawing(s, step.file, DrawColumnPlot(s, {s.plotColumn.width, s.plotColumn.height}));
 }

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "files/whole_number.h"
 #include "plot/number_text.h"
 #include "reduce/background.h"
 #include "reduce/bad_column.h"
@@ -12,11 +13,10 @@
 #include "reduce/zap.h"
 #include "steps/execute.h"
 #include "steps/slot_names.h"
+#include "steps/wording.h"
 
 namespace halmek::steps {
 namespace {
-
-std::string Text(double value) { return GeneralText(static_cast<float>(value)); }
 
 std::string ColumnsText(int first, int last) {
   const auto [low, high] = std::minmax(first, last);
@@ -28,12 +28,6 @@ std::string Range(int first, int last) {
   return std::to_string(std::min(first, last)) + " to " + std::to_string(std::max(first, last));
 }
 
-void RequireWithin(const char* what, int value, int last) {
-  if (value < 1 || value > last)
-    throw Refusal(std::string(what) + " " + std::to_string(value) + " is outside 1 to " +
-                  std::to_string(last) + ".  Please try again.");
-}
-
 void RequireSpectrum(const Session& s) { RequireLoaded(s, slots::spectrum); }
 
 // Fits, normalises and accepts, as the window's buttons would one after the other.
@@ -43,7 +37,7 @@ Outcome FitAndNormalize(Session& s) {
   Warnings warnings = NormalizeContinuum(s);
   AcceptContinuum(s);
   return {"power " + std::to_string(s.continuum.fittedPower) + " through " + std::to_string(points) +
-              " points, continuum at " + Text(s.continuum.continuumFitMax),
+              " points, continuum at " + ShortText(s.continuum.continuumFitMax),
           std::move(warnings)};
 }
 
@@ -72,17 +66,18 @@ Outcome Execute(Session& s, const Zap& step) {
   RequireWithin("Row", step.row, Rows(s));
   RequireWithin("Column", step.first, Columns(s));
   RequireWithin("Column", step.last, Columns(s));
+  const int neighbours = NeighboursFor(WholeNumber(step.neighbours));
   RowPlot& plot = s.rowPlot;
   const int shownRow = std::exchange(plot.plotRow, step.row);
-  plot.zapNeighbours = NeighboursFor(step.neighbours);
+  plot.zapNeighbours = neighbours;
   plot.zapSelected = true;
   plot.zapFirst = std::min(step.first, step.last);
   plot.zapLast = std::max(step.first, step.last);
   try {
     const double mean = halmek::Zap(s).value();
-    return {
-        ColumnsText(step.first, step.last) + " of row " + std::to_string(step.row) + ", now " + Text(mean),
-        {}};
+    return {ColumnsText(step.first, step.last) + " of row " + std::to_string(step.row) + ", now " +
+                ShortText(mean),
+            {}};
   } catch (const Failure&) {
     plot.plotRow = shownRow;
     ClearZapSelection(plot);
@@ -94,7 +89,7 @@ Outcome Execute(Session& s, const UndoZap&) {
   if (!halmek::UndoZap(s))
     throw Refusal("Hey, there is no zap to undo!");
   return {ColumnsText(s.rowPlot.undoFirst, s.rowPlot.undoLast) + " of row " +
-              std::to_string(s.rowPlot.undoRow) + ", as before the zap",
+              std::to_string(s.rowPlot.plotRow) + ", as before the zap",
           {}};
 }
 
@@ -119,7 +114,7 @@ Outcome Execute(Session& s, const Background& step) {
   }
   const int column = std::max(1, Columns(s) / 2), row = std::max(1, Rows(s) / 2);
   return {"power " + std::to_string(step.power) + " through " + std::to_string(s.background.BackgroundCount) +
-              " rows; " + Text(BackgroundAt(s.background, column, row)) + " at column " +
+              " rows; " + ShortText(BackgroundAt(s.background, column, row)) + " at column " +
               std::to_string(column) + ", row " + std::to_string(row),
           {}};
 }
@@ -130,14 +125,15 @@ Outcome Execute(Session& s, const Crunch&) {
   const Slot& spectrum = s.slot[slots::spectrum];
   return {std::to_string(Pixels(spectrum)) + " pixels from rows " +
               Range(s.slice.apertureFirstRow, s.slice.apertureLastRow) + ", peak " +
-              Text(spectrum.spectrumPeak),
+              ShortText(spectrum.spectrumPeak),
           {}};
 }
 
 Outcome Execute(Session& s, const NormalizeAuto& step) {
   RequireSpectrum(s);
+  const int interval = WholeNumber(step.interval);
   s.manualFit = 0;
-  s.continuum.continuumInterval = step.interval;
+  s.continuum.continuumInterval = interval;
   s.continuum.continuumPower = step.power;
   return FitAndNormalize(s);
 }

@@ -1,7 +1,11 @@
 // Recipes.
 #include "steps/recipe.h"
 
+#include <algorithm>
+#include <new>
+
 #include "files/text_records.h"
+#include "steps/slot_names.h"
 
 namespace halmek {
 namespace {
@@ -11,6 +15,14 @@ bool IsBlank(char c) { return c == ' ' || c == '\t'; }
 bool IsNameStart(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; }
 
 bool IsNameCharacter(char c) { return IsNameStart(c) || (c >= '0' && c <= '9'); }
+
+// No text has them; in a file name they would be a trap.
+bool HasControlCharacter(std::string_view word) {
+  return std::any_of(word.begin(), word.end(), [](char c) {
+    const auto code = static_cast<unsigned char>(c);
+    return (code < 0x20 && c != '\t') || code == 0x7F;
+  });
+}
 
 // Takes the words of a line one by one.
 class Scanner {
@@ -73,12 +85,25 @@ class Scanner {
   const Variables& variables_;
 };
 
+// The file that a failing step's message names; a save may have gone by its default name.
+std::string FileInMessage(const Session& session, const Step& step) {
+  const auto* const save = std::get_if<steps::Save>(&step);
+  return save != nullptr && save->file.empty() ? session.slot[SlotNamed(save->what)].fileName : FileOf(step);
+}
+
 }  // namespace
+
+bool IsVariableName(std::string_view name) {
+  return !name.empty() && IsNameStart(name[0]) && std::all_of(name.begin(), name.end(), IsNameCharacter);
+}
 
 std::vector<std::string> WordsOf(std::string_view line, const Variables& variables) {
   std::vector<std::string> words;
-  for (Scanner scanner(line, variables); !scanner.AtEnd();)
+  for (Scanner scanner(line, variables); !scanner.AtEnd();) {
     words.push_back(scanner.Word());
+    if (HasControlCharacter(words.back()))
+      throw NotUnderstood("the line holds a character that no text has");
+  }
   return words;
 }
 
@@ -106,7 +131,9 @@ void RunRecipe(Session& session, const std::vector<RecipeLine>& lines,
     try {
       report(line, Perform(session, line.step));
     } catch (const Failure& failure) {
-      throw RecipeStopped(line.number, FailureLine(FileOf(line.step), failure));
+      throw RecipeStopped(line.number, FailureLine(FileInMessage(session, line.step), failure));
+    } catch (const std::bad_alloc&) {
+      throw RecipeStopped(line.number, RunTimeError(run_time_error::outOfMemory).text());
     }
   }
 }

@@ -86,8 +86,9 @@ class Reader {
   }
   // The last word is the type if it is one.
   void FileAndType(std::string& file, int& type) {
-    const auto whole = AtEnd() ? std::nullopt : WholeOf(words_.back());
-    if (whole && std::find(saveTypes.begin(), saveTypes.end(), *whole) != saveTypes.end()) {
+    if (const auto whole = AtEnd() ? std::nullopt : WholeOf(words_.back())) {
+      if (std::find(saveTypes.begin(), saveTypes.end(), *whole) == saveTypes.end())
+        throw NotUnderstood("'" + words_.back() + "' is no pixel type");
       type = *whole;
       --end_;
     }

@@ -8,10 +8,8 @@
 
 #include "support/test_session.h"
 
-namespace halmek {
+namespace halmek::test {
 namespace {
-
-using test::RefusalOf;
 
 constexpr const char* outOfRange = "Error: 9  Subscript out of range.";
 
@@ -21,12 +19,11 @@ TEST(FixedTable, RefusesPlacesBeyondItsBounds) {
   table(200) = 7;
   EXPECT_EQ(table.Range(200, 200)[0], 7);
   EXPECT_EQ(table.Range(0, 200).size(), 201u);
-  EXPECT_TRUE(table.Range(201, 200).empty());
-  EXPECT_TRUE(table.Range(1, -1).empty());
+  EXPECT_TRUE(table.Range(201, 200).empty() && table.Range(1, -1).empty());
   for (const int index : {-1, 201, 32768})
     EXPECT_EQ(RefusalOf([&] { table(index) = 0; }), outOfRange) << index;
-  EXPECT_EQ(RefusalOf([&] { table.Range(1, 201); }), outOfRange);
-  EXPECT_EQ(RefusalOf([&] { table.Range(-1, 3); }), outOfRange);
+  for (const auto& [first, last] : {std::pair{1, 201}, {-1, 3}})
+    EXPECT_EQ(RefusalOf([&, f = first, l = last] { table.Range(f, l); }), outOfRange) << first;
 }
 
 TEST(FrameTable, HoldsFiveHundredRowsOfThreeThousandColumns) {
@@ -40,26 +37,23 @@ TEST(FrameTable, HoldsFiveHundredRowsOfThreeThousandColumns) {
 }
 
 TEST(Session, CountsNoMorePixelsThanItsTablesHold) {
-  const auto s = test::SessionIn("");
-  Slot& frame = s->slot[slots::frame];
+  const auto s = SessionIn("");
   const auto size = [&](double naxis1, double naxis2) {
-    frame.naxis1 = naxis1;
-    frame.naxis2 = naxis2;
-    EXPECT_EQ(RefusalOf([&] { Pixels(frame); }), RefusalOf([&] { Columns(*s); }));
+    s->slot[slots::frame].naxis1 = naxis1;
+    s->slot[slots::frame].naxis2 = naxis2;
+    EXPECT_EQ(RefusalOf([&] { Pixels(s->slot[slots::frame]); }), RefusalOf([&] { Columns(*s); }));
     return 1000 * Columns(*s) + Rows(*s);
   };
   EXPECT_EQ(size(3000, 500), 3000500);
   EXPECT_EQ(size(-5, 0), 0);
-  for (const double naxis : {3001.0, 1e300, std::nan("")}) {
-    EXPECT_EQ(RefusalOf([&] { size(naxis, 1); }), outOfRange) << naxis;
-    EXPECT_EQ(RefusalOf([&] { size(1, naxis); }), outOfRange) << naxis;
-  }
-  EXPECT_EQ(RefusalOf([&] { size(1, 501); }), outOfRange);
+  for (const auto& [naxis1, naxis2] :
+       {std::pair{3001.0, 1.0}, {1e300, 1}, {std::nan(""), 1}, {1, 501}, {1, 1e300}, {1, std::nan("")}})
+    EXPECT_EQ(RefusalOf([&, n1 = naxis1, n2 = naxis2] { size(n1, n2); }), outOfRange) << naxis1;
 }
 
 TEST(FileNames, AreJoinedAndCut) {
-  EXPECT_EQ(FullName(*test::SessionIn("/data/night 1"), "a.fts"), "/data/night 1/a.fts");
-  EXPECT_EQ(FullName(*test::SessionIn("/data"), "/other/a.fts"), "/other/a.fts");
+  EXPECT_EQ(FullName(*SessionIn("/data/night 1"), "a.fts"), "/data/night 1/a.fts");
+  EXPECT_EQ(FullName(*SessionIn("/data"), "/other/a.fts"), "/other/a.fts");
   EXPECT_EQ(BaseName("star.2.fts"), "star.2");
   EXPECT_EQ(BaseName("star"), "star");
   EXPECT_EQ(LeafName("a.b/star.fts"), "star.fts");
@@ -67,4 +61,4 @@ TEST(FileNames, AreJoinedAndCut) {
 }
 
 }  // namespace
-}  // namespace halmek
+}  // namespace halmek::test

@@ -62,6 +62,7 @@ TEST_F(BatchTest, WhatCannotBeUnderstoodRunsNothingWithStatusTwo) {
        "r.recipe:3: COLUMN must be a whole number, not 'x': fix-column COLUMN\n"},
       {save, "star", "halmek-batch: 'star' is not NAME=VALUE\n"},
       {save, "--jobs 0", "halmek-batch: --jobs: Value 0 not in range 1 to 256; see halmek-batch --help\n"},
+      {save, "--for star a.fts", "halmek-batch: the recipe does not use $star\n"},
       {std::string(save) + "load arc1 $lamp\n", "--for star a.fts b.fts",
        "r.recipe:3: $lamp has no value; give it one as in lamp=VALUE\n"}};
   for (const auto& c : cases) {
@@ -181,6 +182,22 @@ TEST_F(BatchTest, BadFilesGetOneLineThatNamesThemAndWriteNothing) {
   std::filesystem::create_directory(folder.File("folder.fts"));
   EXPECT_EQ(RunRecipe("load frame folder.fts\n").err,
             "r.recipe:1: folder.fts: Error: 75  Error: Path/file access error. (it is a folder)\n");
+}
+
+TEST_F(BatchTest, MessagesNeverEndUpInAFileThatIsBeingWritten) {
+  WriteFile(folder.File("r.recipe"), "load frame $f\nsave frame copy_$f 16\n");
+  ASSERT_EQ(Run("r.recipe f=star.fts").status, 0);
+  const std::string expected = ReadFile(folder.File("copy_star.fts"));
+  const std::string command = "cd '" + folder.path() + "' && '" + HALMEK_BATCH +
+                              "' r.recipe --jobs 2 --for f star.fts arc.fts >&- 2>&-";
+  EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 0);
+  EXPECT_EQ(ReadFile(folder.File("copy_star.fts")), expected);
+}
+
+TEST_F(BatchTest, OutputThatCannotBeWrittenIsAFailure) {
+  WriteFile(folder.File("r.recipe"), "load frame star.fts\nheader frame\n");
+  const std::string command = "cd '" + folder.path() + "' && '" + HALMEK_BATCH + "' r.recipe 2>&1 >/dev/full";
+  EXPECT_EQ(WEXITSTATUS(std::system((command + " | grep -q 'could not be written'").c_str())), 0);
 }
 
 TEST_F(BatchTest, AFullDiskLeavesTheOldFileAndTheDevice) {

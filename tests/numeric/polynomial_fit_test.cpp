@@ -65,17 +65,26 @@ TEST(FitPower2, MeetsTheCertifiedValuesOfPontius) {
   ExpectRelative(fit->sigmaA2, 0.486652849992036e-16, 1e-9);
 }
 
-TEST(FitPower5, MeetsTheCertifiedValuesOfWampler1And2) {
-  const std::vector<double> x = Abscissae(0, 20);
+TEST(FitPolynomial, MeetsTheCertifiedValuesOfWampler1And2AndInterpolates) {
   for (const double base : {1.0, 0.1}) {
-    std::vector<double> y;
-    for (double value : x)
-      y.push_back(1 + base * value + std::pow(base * value, 2) + std::pow(base * value, 3) +
-                  std::pow(base * value, 4) + std::pow(base * value, 5));
-    const auto fit = FitPower5(x, y);
-    ASSERT_TRUE(fit);
-    for (int k = 0; k <= 5; ++k)
-      ExpectRelative(fit->a[static_cast<size_t>(k)], std::pow(base, k), 1e-6);
+    // Power 5 with 21 points are the certified sets.
+    for (int power = 2; power <= 5; ++power) {
+      Polynomial truth{.power = power, .a = {}};
+      for (int k = 0; k <= power; ++k)
+        truth.a[static_cast<size_t>(k)] = std::pow(base, k);
+      EXPECT_NEAR(truth(1 / base), power + 1, 1e-12);
+      for (const int last : {power, 20}) {
+        const std::vector<double> x = Abscissae(0, last);
+        std::vector<double> y;
+        for (double value : x)
+          y.push_back(truth(value));
+        const auto fit = FitPolynomial(power, x, y);
+        ASSERT_TRUE(fit);
+        EXPECT_EQ(fit->power, power);
+        for (size_t k = 0; k <= static_cast<size_t>(power); ++k)
+          ExpectRelative(fit->a[k], truth.a[k], 1e-6);
+      }
+    }
   }
 }
 
@@ -92,24 +101,6 @@ TEST(ClosedForms, GiveExactCurvesWithoutScatter) {
     EXPECT_NEAR(error, 0, 1e-10);
 }
 
-TEST(FitPolynomial, InterpolatesAndRecoversThePolynomialOfEachPower) {
-  for (int power = 2; power <= 5; ++power) {
-    const Polynomial truth{.power = power, .a = {1.5, -2, 3, -0.5, 0.25, 0.125}};
-    EXPECT_DOUBLE_EQ(truth(-1), power == 2 ? 6.5 : power == 3 ? 7 : power == 4 ? 7.25 : 7.125);
-    for (const int points : {power + 1, 12}) {
-      const std::vector<double> x = Abscissae(-2, points - 3);
-      std::vector<double> y;
-      for (double value : x)
-        y.push_back(truth(value));
-      const auto fit = FitPolynomial(power, x, y);
-      ASSERT_TRUE(fit);
-      EXPECT_EQ(fit->power, power);
-      for (size_t i = 0; i < x.size(); ++i)
-        EXPECT_NEAR((*fit)(x[i]), y[i], 1e-7) << "power " << power << ", " << points << " points";
-    }
-  }
-}
-
 TEST(Fits, GiveNothingWhereTheyAreSingular) {
   const struct {
     const char* what;
@@ -120,13 +111,12 @@ TEST(Fits, GiveNothingWhereTheyAreSingular) {
       {"one abscissa", 1, {3, 3, 3, 3, 3, 3}, {1, 2, 3, 4, 5, 6}},
       {"two abscissae", 2, {1, 2, 1, 2, 1, 2}, {1, 2, 3, 4, 5, 6}},
       {"five abscissae", 5, {1, 2, 3, 4, 5, 1}, {1, 2, 3, 4, 5, 6}},
-      {"six abscissae", 6, {1, 2, 3, 4, 5, 6}, {1, 2, 3, 4, 5, 6}},
       {"not a number", 1, {1, 2, 3, 4, 5, 6}, {1, 2, std::nan(""), 4, 5, 6}},
       {"sums beyond range", 1, {1e160, 2e160, 3e160, 4e160, 5e160, 6e160}, {1, 2, 3, 4, 5, 6}},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(FitLinear(c.x, c.y).has_value(), c.power > 1) << c.what;
-    for (int power = 2; power <= 6; ++power)
+    for (int power = 2; power <= 5; ++power)
       EXPECT_EQ(FitPolynomial(power, c.x, c.y).has_value(), power < c.power) << c.what << ", power " << power;
   }
   const std::vector<double> scattered = {1e200, -1e200, 1e200, -1e200};

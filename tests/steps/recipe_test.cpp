@@ -79,6 +79,7 @@ TEST(Recipe, AnythingThatCannotBeUnderstoodIsNamedByItsLine) {
       {"load frame \"a.fts\n", "1: a double quote is not closed"},
       {"load frame $star\n", "1: $star has no value; give it one as in star=VALUE"},
       {"load frame \"\"\n", "1: FILE is empty: load frame|dao|arc1|arc2|object|table|mask FILE"},
+      {"save frame 8\n", "1: '8' is no pixel type: save frame|spectrum|object [FILE] [16|17|32|-32]"},
       {"save frame a.fts 8 16\n",
        "1: '8' is one word too many: save frame|spectrum|object [FILE] [16|17|32|-32]"},
       {"load frame ${star\n",
@@ -86,6 +87,9 @@ TEST(Recipe, AnythingThatCannotBeUnderstoodIsNamedByItsLine) {
   };
   for (const auto& c : cases)
     EXPECT_EQ(Misunderstanding(c.text), c.problem);
+  EXPECT_EQ(Misunderstanding("load frame \"a\x1b[2J\""), "1: the line holds a character that no text has");
+  EXPECT_EQ(Misunderstanding("load frame $f", {{"f", "a\ncrunch"}}),
+            "1: the line holds a character that no text has");
   EXPECT_EQ(Misunderstanding("\xEF\xBB\xBF"
                              "crunch\r\n\r\n# end"),
             "");
@@ -229,8 +233,9 @@ TEST(Recipe, StopsAtTheFirstRefusalNamingLineFileAndDetail) {
       {"load frame star.fts\nundo-zap\n", 2, "Hey, there is no zap to undo!"},
       {"load frame star.fts\nzap 61 1 2\n", 2, "Row 61 is outside 1 to 60.  Please try again."},
       {"load frame star.fts\nzap 6 0 2\n", 2, "Column 0 is outside 1 to 400.  Please try again."},
-      {"load frame star.fts\naperture 0 5\n", 2,
-       "Row 0 is outside the frame, which has rows 1 to 60.  Please try again."},
+      {"load frame star.fts\naperture 0 5\n", 2, "Row 0 is outside 1 to 60.  Please try again."},
+      {"load frame star.fts\nzap 6 1 2 2147483647\n", 2,
+       "Error: 6  Error: Overflow. (a whole number must lie within -32768 to 32767)"},
       {"load frame star.fts\nfix-column 40000\n", 2,
        "Error: 6  Error: Overflow. (a whole number must lie within -32768 to 32767)"},
       {"arcs 1\nload arc2 star.fts\n", 2,
@@ -245,6 +250,8 @@ TEST(Recipe, StopsAtTheFirstRefusalNamingLineFileAndDetail) {
       {"load frame star.fts\nplot row 99 r.svg\n", 2,
        "r.svg: Row to plot is greater than the number of rows.  Press any key to continue."},
       {"load frame star.fts\nsave frame x/y.fts\n", 2, "x/y.fts: Error: 76  Error: Path not found."},
+      {"load frame star.fts\naperture 24 36\nbackground 2 12 48 58 1\ncrunch\nfolder /proc\nsave spectrum\n",
+       6, "star_1D.fts: Error: 53  Error: File not found."},
   };
   for (const auto& c : cases) {
     try {
