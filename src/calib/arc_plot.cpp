@@ -32,6 +32,10 @@ void OpenArcPlot(Session& s, int a) {
   if (arc.LineCount >= 2)
     FitDispersionLine(s, a);
   arc.linRms = LinearRms(arc);
+
+  Workflow::ArcStatus& status = s.workflow.arc[a];
+  status.maskStatus = arc.maskApplied ? doneText : "";
+  status.deviationStatus = arc.fitDone ? doneText : "";
 }
 
 Drawing PlotArc(Session& s, int a, WindowSize window) {

@@ -7,8 +7,8 @@
 
 namespace halmek {
 
-// Makes arc `a` current, as opening its plot does, and computes the straight-line fit and its RMS anew.
-// Throws Refusal where no arc is loaded.
+// What opening the plot of arc `a` does before it draws: makes the arc current, computes the straight-line
+// fit and its RMS anew, and sets the status texts of its window. Throws Refusal where no arc is loaded.
 void OpenArcPlot(Session& session, int a);
 
 // The plot of arc `a`, with a short mark at the top for every identified line. Throws Refusal where no arc is

@@ -117,11 +117,14 @@ Outcome Execute(Session& s, const Folder& step) {
   std::error_code failed;
   if (!fs::is_directory(folder, failed))
     throw RunTimeError(run_time_error::pathNotFound);
-  s.dataFolder = fs::path(folder).lexically_normal().string();
+  const fs::path real = fs::canonical(folder, failed);
+  s.dataFolder = failed ? folder : real.string();
   return {s.dataFolder, {}};
 }
 
 Outcome Execute(Session& s, const Load& step) {
+  if (step.file.empty())
+    throw RunTimeError(run_time_error::badFileName);
   if (step.what == "table") {
     Warnings warnings = LoadWavelengthTable(s, step.file);
     return {Count(s.wavelengthTable.wlCount, "wavelength"), std::move(warnings)};
@@ -140,7 +143,8 @@ Outcome Execute(Session& s, const Save& step) {
   s.slot[slot].savePixelType = step.pixelType;
   const std::string file = step.file.empty() ? DefaultName(s, slot) : step.file;
   Warnings warnings = slot == slots::frame ? SaveFits2D(s, file) : SaveFits1D(s, slot, file);
-  if (FullName(s, file) == s.slot[slot].loadedFile)
+  std::error_code ignored;
+  if (fs::equivalent(FullName(s, file), s.slot[slot].loadedFile, ignored))
     warnings.push_back(file + " is the file that was loaded: it now holds what was saved.");
   return {"wrote " + file + " as " + TypeName(step.pixelType), std::move(warnings)};
 }

@@ -147,6 +147,20 @@ TEST_F(LineListTest, TwinsDoNotLeakIntoEachOther) {
   EXPECT_NEAR(session->arc[2].linSlope, 2, 1e-9);
 }
 
+TEST_F(LineListTest, OpeningThePlotRefreshesTheFitAndTheStatusTexts) {
+  IdentifyLines(*session, 1, 1000, {200, 500, 800}, [](double c) { return 5000 + c + (c > 400 && c < 600); });
+  const double rms = arc.linRms;
+  arc.linRms = arc.linSlope = 0;
+  arc.fitDone = true;
+  session->workflow.arc[1].maskStatus = "DONE!";
+  OpenArcPlot(*session, 1);
+  EXPECT_NEAR(arc.linRms, rms, 1e-12);
+  EXPECT_GT(rms, 0.1);
+  EXPECT_NEAR(arc.linSlope, 1, 1e-9);
+  EXPECT_EQ(session->workflow.arc[1].maskStatus, "");
+  EXPECT_EQ(session->workflow.arc[1].deviationStatus, "DONE!");
+}
+
 TEST_F(LineListTest, MarksStandAtTheLinesInTheArcsColour) {
   const Colour expected[] = {{}, {255, 0, 255}, {0, 150, 150}};
   for (int a : {1, 2}) {
