@@ -33,12 +33,11 @@ struct Options {
 std::string LanguageNotes() {
   return "A recipe is a text file of steps, one a line:\n\n" + halmek::LanguageHelp() +
          "\n"
-         "# begins a comment. Names with blanks stand in double quotes, a quote in them is doubled. $name "
-         "and\n"
-         "${name} are replaced by the VALUE of NAME=VALUE, $$ is a dollar sign. A relative FILE is taken in "
-         "the\n"
-         "current folder. FIRST and LAST may stand in either order; columns and rows count from 1.\n\n"
-         "Exit status: 0 done, 1 a step was refused (the line is on standard error), 2 nothing was run.\n";
+         "# begins a comment. Names with blanks stand in double quotes; a quote in them is doubled.\n"
+         "$name and ${name} are replaced by the VALUE of NAME=VALUE; $$ is a dollar sign. A relative\n"
+         "FILE is taken in the current folder. FIRST and LAST may stand in either order; columns and\n"
+         "rows count from 1.\n\n"
+         "Exit status: 0 done, 1 a step was refused (standard error says which), 2 nothing was run.\n";
 }
 
 void Describe(CLI::App& app, Options& options) {
@@ -76,6 +75,8 @@ Variables VariablesOf(const std::vector<std::string>& assignments) {
 // A journal that cannot be written is better known before the run than after it.
 void RequireFolderOf(const std::string& file) {
   const std::filesystem::path path = std::filesystem::absolute(file);
+  if (std::filesystem::is_character_file(path))
+    return;
   if (access(path.parent_path().c_str(), W_OK | X_OK) != 0)
     throw halmek::NotUnderstood(halmek::FailureLine(file, halmek::ErrorFromSystem(errno, path.string())));
 }
