@@ -125,9 +125,6 @@ TEST_F(BatchTest, TheJournalOfARunIsARecipeForTheSameFiles) {
 }
 
 TEST_F(BatchTest, WarningsGoToStandardErrorAndTheRunGoesOn) {
-  const Ended ended =
-      RunRecipe("load dao arc.fts\nload frame star.fts\nsave frame s16.fts 16\nfix-column 9\n");
-  EXPECT_EQ(ended.status, 0);
   const Ended cut = RunRecipe(
       "load frame arc.fts\naperture 20 40\nbackground 2 12 48 58 1\ncrunch\nsave spectrum s.fts 17\n");
   EXPECT_EQ(cut.status, 1);
@@ -138,12 +135,12 @@ TEST_F(BatchTest, WarningsGoToStandardErrorAndTheRunGoesOn) {
   EXPECT_EQ(wrapped.err.find("warning: r.recipe:5: 21 pixels will read back changed"), 0u) << wrapped.err;
 }
 
+// Which files are refused, and in which words, is the reader's to test; here it is the line that comes of it.
 TEST_F(BatchTest, BadFilesGetOneLineThatNamesThemAndWriteNothing) {
   const std::string good = ReadFile(folder.File("star.fts"));
   const auto with = [&](const std::string& from, const std::string& to) {
     std::string bytes = good;
-    const size_t at = bytes.find(from);
-    return bytes.replace(at, to.size(), to);
+    return bytes.replace(bytes.find(from), to.size(), to);
   };
   const struct {
     const char* name;
@@ -151,47 +148,24 @@ TEST_F(BatchTest, BadFilesGetOneLineThatNamesThemAndWriteNothing) {
   } cases[] = {
       {"empty.fts", "", "Error: 62  Error: Input past end of file. (the file is empty)"},
       {"text.fts", "Dear diary,\n", "This is not a fits file!  Please try again."},
-      {"header.fts", good.substr(0, 300), "This FITS header has no END card.  Please try again."},
       {"data.fts", good.substr(0, 9000),
        "Error: 62  Error: Input past end of file. (the pixels end at byte 50880, the file at 9000)"},
-      {"bits8.fts", with("BITPIX  =                   16", "BITPIX  =                    8"),
-       "Sorry, this program does not support 8-bit integer data.  Convert to 16-bit unsigned."},
-      {"wide.fts", with("NAXIS1  =                  400", "NAXIS1  =                 3001"),
-       "Error: 9  Subscript out of range. (NAXIS1 is above 3000)"},
-      {"tall.fts", with("NAXIS2  =                   60", "NAXIS2  =                  501"),
-       "Error: 9  Subscript out of range. (NAXIS2 is above 500)"},
       {"huge.fts", with("NAXIS1  =                  400", "NAXIS1  =            777777701"),
        "Error: 9  Subscript out of range. (NAXIS1 is above 3000)"},
-      {"zero.fts", with("NAXIS1  =                  400", "NAXIS1  =                    0"),
-       "This FITS file has no pixels.  Please try again. (NAXIS1 is 0)"},
-      {"minus.fts", with("NAXIS1  =                  400", "NAXIS1  =                 -400"),
-       "This FITS file has no pixels.  Please try again. (NAXIS1 is -400)"},
       {"word.fts", with("NAXIS1  =                  400", "NAXIS1  =                 many"),
        "This FITS file has no pixels.  Please try again. (NAXIS1 is many)"},
       {"object.fts", with("OBJECT  = 'Test star'", "OBJECT  = T          "),
        "Error: 5 (the OBJECT card holds no text in quotes)"},
   };
+  WriteFile(folder.File("r.recipe"), extraction);
   for (const auto& c : cases) {
     WriteFile(folder.File(c.name), c.bytes);
-    const size_t files = FilesIn(folder.path()).size();
-    const Ended ended = RunRecipe(extraction, "frame=" + std::string(c.name));
+    const auto files = FilesIn(folder.path());
+    const Ended ended = Run("r.recipe frame=" + std::string(c.name));
     EXPECT_EQ(ended.status, 1) << c.name;
     EXPECT_EQ(ended.err, "r.recipe:1: " + std::string(c.name) + ": " + c.message + "\n");
-    EXPECT_LE(FilesIn(folder.path()).size(), files + 1) << "nothing but the recipe";
+    EXPECT_EQ(FilesIn(folder.path()), files);
   }
-  std::filesystem::create_directory(folder.File("folder.fts"));
-  EXPECT_EQ(RunRecipe("load frame folder.fts\n").err,
-            "r.recipe:1: folder.fts: Error: 75  Error: Path/file access error. (it is a folder)\n");
-}
-
-TEST_F(BatchTest, MessagesNeverEndUpInAFileThatIsBeingWritten) {
-  WriteFile(folder.File("r.recipe"), "load frame $f\nsave frame copy_$f 16\n");
-  ASSERT_EQ(Run("r.recipe f=star.fts").status, 0);
-  const std::string expected = ReadFile(folder.File("copy_star.fts"));
-  const std::string command = "cd '" + folder.path() + "' && '" + HALMEK_BATCH +
-                              "' r.recipe --jobs 2 --for f star.fts arc.fts >&- 2>&-";
-  EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 0);
-  EXPECT_EQ(ReadFile(folder.File("copy_star.fts")), expected);
 }
 
 TEST_F(BatchTest, OutputThatCannotBeWrittenIsAFailure) {

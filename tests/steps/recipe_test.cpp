@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <map>
 #include <set>
 
@@ -212,6 +213,7 @@ TEST(Journal, KeepsWhatWasDoneAsStepsAndWhatWasRefusedAsComments) {
 TEST(Recipe, StopsAtTheFirstRefusalNamingLineFileAndDetail) {
   const TemporaryFolder folder;
   WriteSmallNight(folder.path());
+  std::filesystem::create_directories(folder.File("taken/star_1D.fts"));
   WriteFile(folder.File("short.fts"), ReadFile(folder.File("star.fts")).substr(0, 20000));
   const struct {
     const char* recipe;
@@ -250,8 +252,8 @@ TEST(Recipe, StopsAtTheFirstRefusalNamingLineFileAndDetail) {
       {"load frame star.fts\nplot row 99 r.svg\n", 2,
        "r.svg: Row to plot is greater than the number of rows.  Press any key to continue."},
       {"load frame star.fts\nsave frame x/y.fts\n", 2, "x/y.fts: Error: 76  Error: Path not found."},
-      {"load frame star.fts\naperture 24 36\nbackground 2 12 48 58 1\ncrunch\nfolder /proc\nsave spectrum\n",
-       6, "star_1D.fts: Error: 53  Error: File not found."},
+      {"load frame star.fts\naperture 24 36\nbackground 2 12 48 58 1\ncrunch\nfolder taken\nsave spectrum\n",
+       6, "star_1D.fts: Error: 75  Error: Path/file access error. (it is a folder)"},
   };
   for (const auto& c : cases) {
     try {
@@ -263,7 +265,7 @@ TEST(Recipe, StopsAtTheFirstRefusalNamingLineFileAndDetail) {
     }
   }
   EXPECT_EQ(FilesIn(folder.path()),
-            (std::vector<std::string>{"arc.fts", "lines.txt", "short.fts", "star.fts"}));
+            (std::vector<std::string>{"arc.fts", "lines.txt", "short.fts", "star.fts", "taken"}));
 }
 
 TEST(Perform, ARefusedBackgroundOrZapLeavesTheSelectionAsItWas) {
