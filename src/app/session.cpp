@@ -41,6 +41,7 @@ std::string LeafName(const std::string& name) { return name.substr(name.rfind('/
 void DropFrameState(Session& session) {
   Slice& slice = session.slice;
   slice.apertureFirstRow = slice.apertureLastRow = 0;
+  slice.stepFirstRow = slice.stepLastRow = 0;
   slice.apertureState = Slice::nothing;
   slice.backgroundClicks = 0;
   session.background.backgroundFitted = false;

@@ -130,6 +130,7 @@ struct Slice {
 
   int sliceColumn = 0;
   int apertureFirstRow = 0, apertureLastRow = 0;
+  int stepFirstRow = 0, stepLastRow = 0;  // the aperture of the last `aperture` step; 0 = none
   double apertureMarkValue = 0;
   int background1FirstRow = 0, background1LastRow = 0;
   int background2FirstRow = 0, background2LastRow = 0;
@@ -165,6 +166,11 @@ struct Continuum {
   int continuumInterval = 10;
   std::array<Polynomial, 6> ContinuumCoefficients{};  // by power
   double continuumFitMax = 0;
+  // What the last fit was made from, so that a step can make it again.
+  bool fittedByHand = false;
+  int fittedInterval = 10;
+  std::vector<int> fittedClicks;
+  bool fitUsed = false;  // the spectrum has been divided by the last fit
   int markerSize = 50;
   PlotFrame contFrame;
 };

@@ -108,10 +108,14 @@ void FitParabolas(Session& s, const std::vector<double>& rows, int columns) {
 
 }  // namespace
 
-void FitBackground(Session& s) {
-  Background& background = s.background;
+void RequireCompleteSelection(const Session& s) {
   if (s.slice.backgroundClicks != 4 || s.slice.apertureState != Slice::complete)
     throw Refusal("Hey, you need to set the aperture(s).");
+}
+
+void FitBackground(Session& s) {
+  Background& background = s.background;
+  RequireCompleteSelection(s);
   const std::vector<double> rows = ChosenRows(s.slice);
   CheckSelection(s, rows);
   const int columns = Columns(s);

@@ -5,6 +5,9 @@
 
 namespace halmek {
 
+// Throws Refusal unless both background ranges are chosen.
+void RequireCompleteSelection(const Session& session);
+
 // Fits every column with `backgroundPower`: 0 the median of the background rows, 1 a straight line, 2 a
 // parabola, each a function of the row, numbered from 1. The ranges may have been chosen in either direction.
 //

@@ -153,14 +153,31 @@ void ClickForBackground(Session& s, double mouseX, double mouseY) {
   }
 }
 
+std::string MarksText(const Slice& slice) {
+  const auto range = [](int first, int last, bool isWhole) {
+    return std::to_string(first) + " to " + (isWhole ? std::to_string(last) : "..");
+  };
+  std::string text;
+  const bool isWhole = slice.apertureState != Slice::firstRowSet && slice.apertureLastRow != 0;
+  if (slice.apertureState != Slice::nothing && slice.apertureFirstRow != 0)
+    text = "Aperture " + range(slice.apertureFirstRow, slice.apertureLastRow, isWhole);
+  if (slice.backgroundClicks >= 1)
+    text += (text.empty() ? "" : "   ") +
+            ("Background " +
+             range(slice.background1FirstRow, slice.background1LastRow, slice.backgroundClicks >= 2));
+  if (slice.backgroundClicks >= 3)
+    text += ", " + range(slice.background2FirstRow, slice.background2LastRow, slice.backgroundClicks == 4);
+  return text;
+}
+
 void SetAperture(Session& s, int first, int last) {
   RequireRows(s, {first, last});
   Slice& slice = s.slice;
   // Marks that were clicked stay at their height.
   if (slice.apertureFirstRow != first || slice.apertureLastRow != last)
     slice.apertureMarkValue = s.image(first, RoundToInt(s.slot[slots::frame].naxis1 / 2));
-  slice.apertureFirstRow = first;
-  slice.apertureLastRow = last;
+  slice.apertureFirstRow = slice.stepFirstRow = first;
+  slice.apertureLastRow = slice.stepLastRow = last;
   if (slice.apertureState != Slice::complete)
     slice.apertureState = Slice::apertureSet;
 }

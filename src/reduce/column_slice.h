@@ -20,6 +20,9 @@ ReadOut ReadOutSlice(const Session& session, double mouseX, double mouseY);
 void ClickForAperture(Session& session, double mouseX, double mouseY);
 void ClickForBackground(Session& session, double mouseX, double mouseY);
 
+// What has been marked, in words: "Aperture 60 to 78   Background 33 to 56, 82 to ..".
+std::string MarksText(const Slice& slice);
+
 // Chooses the aperture and the background ranges by their rows, in either order, as the clicks would. Throws
 // Refusal for a row outside the frame, with nothing changed.
 void SetAperture(Session& session, int first, int last);

@@ -116,7 +116,8 @@ Drawing PlotContinuum(Session& s, WindowSize window) {
   DrawAxes(drawing, f, continuumAxes);
   DrawStepCurve(drawing, f, values);
   DrawMarkers(drawing, s);
-  if (s.continuum.continuumFitDone)
+  // Over a spectrum that was divided by it, the fit would mean nothing.
+  if (s.continuum.continuumFitDone && !s.continuum.fitUsed)
     DrawFit(drawing, s);
   return drawing;
 }
@@ -167,6 +168,11 @@ void FitContinuum(Session& s) {
     RefuseTooFewPoints(c.continuumPower, std::set<double>(columns.begin(), columns.end()).size());
 
   c.fittedPower = c.continuumPower;
+  c.fittedByHand = s.manualFit != 0;
+  c.fittedInterval = c.continuumInterval;
+  const auto clicks = c.clickedColumn.Range(1, c.continuumPointCount);
+  c.fittedClicks.assign(clicks.begin(), clicks.end());
+  c.fitUsed = false;
   c.ContinuumCoefficients[c.fittedPower] = *fit;
   c.continuumFitMax = (*fit)(1);
   for (int i = 1; i <= Pixels(s.slot[slots::spectrum]); ++i)
@@ -188,7 +194,7 @@ Warnings NormalizeContinuum(Session& s) {
     if (level != 0)
       slot.spectrum(i) = slot.spectrumWork(i) * c.continuumFitMax / level;
   }
-  c.normalized = true;
+  c.normalized = c.fitUsed = true;
   c.continuumPointCount = 0;
   if (doubtful == 0)
     return {};

@@ -16,6 +16,7 @@ Outcome Execute(Session& session, const Background& step);
 Outcome Execute(Session& session, const Crunch& step);
 Outcome Execute(Session& session, const NormalizeAuto& step);
 Outcome Execute(Session& session, const NormalizePoints& step);
+Outcome Execute(Session& session, const NormalizeAgain& step);
 Outcome Execute(Session& session, const Revert& step);
 Outcome Execute(Session& session, const Arcs& step);
 Outcome Execute(Session& session, const Identify& step);

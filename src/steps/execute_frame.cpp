@@ -1,6 +1,6 @@
 // The steps on the frame and on the spectrum extracted from it.
 #include <algorithm>
-#include <utility>
+#include <tuple>
 
 #include "files/whole_number.h"
 #include "plot/number_text.h"
@@ -30,12 +30,28 @@ std::string Range(int first, int last) {
 
 void RequireSpectrum(const Session& s) { RequireLoaded(s, slots::spectrum); }
 
-// Fits, normalises and accepts, as the window's buttons would one after the other.
+// What is chosen for the next fit, put back when a step has made one of its own.
+class KeptChoices {
+ public:
+  explicit KeptChoices(Session& s) : session_(s) {}
+  ~KeptChoices() {
+    session_.manualFit = manualFit_;
+    session_.continuum.continuumInterval = interval_;
+    session_.continuum.continuumPower = power_;
+  }
+  KeptChoices(const KeptChoices&) = delete;
+  KeptChoices& operator=(const KeptChoices&) = delete;
+
+ private:
+  Session& session_;
+  int16_t manualFit_ = session_.manualFit;
+  int interval_ = session_.continuum.continuumInterval, power_ = session_.continuum.continuumPower;
+};
+
 Outcome FitAndNormalize(Session& s) {
   FitContinuum(s);
   const int points = s.continuum.continuumPointCount;
   Warnings warnings = NormalizeContinuum(s);
-  AcceptContinuum(s);
   return {"power " + std::to_string(s.continuum.fittedPower) + " through " + std::to_string(points) +
               " points, continuum at " + ShortText(s.continuum.continuumFitMax),
           std::move(warnings)};
@@ -68,7 +84,8 @@ Outcome Execute(Session& s, const Zap& step) {
   RequireWithin("Column", step.last, Columns(s));
   const int neighbours = NeighboursFor(WholeNumber(step.neighbours));
   RowPlot& plot = s.rowPlot;
-  const int shownRow = std::exchange(plot.plotRow, step.row);
+  const auto before = std::tuple(plot.plotRow, plot.zapSelected, plot.zapFirst, plot.zapLast);
+  plot.plotRow = step.row;
   plot.zapNeighbours = neighbours;
   plot.zapSelected = true;
   plot.zapFirst = std::min(step.first, step.last);
@@ -79,8 +96,7 @@ Outcome Execute(Session& s, const Zap& step) {
                 ShortText(mean),
             {}};
   } catch (const Failure&) {
-    plot.plotRow = shownRow;
-    ClearZapSelection(plot);
+    std::tie(plot.plotRow, plot.zapSelected, plot.zapFirst, plot.zapLast) = before;
     throw;
   }
 }
@@ -132,6 +148,7 @@ Outcome Execute(Session& s, const Crunch&) {
 Outcome Execute(Session& s, const NormalizeAuto& step) {
   RequireSpectrum(s);
   const int interval = WholeNumber(step.interval);
+  const KeptChoices kept(s);
   s.manualFit = 0;
   s.continuum.continuumInterval = interval;
   s.continuum.continuumPower = step.power;
@@ -142,6 +159,7 @@ Outcome Execute(Session& s, const NormalizePoints& step) {
   RequireSpectrum(s);
   for (int column : step.columns)
     RequireWithin("Column", column, Pixels(s.slot[slots::spectrum]));
+  const KeptChoices kept(s);
   s.manualFit = -1;
   s.continuum.continuumPower = step.power;
   s.continuum.continuumPointCount = 0;
@@ -155,6 +173,15 @@ Outcome Execute(Session& s, const NormalizePoints& step) {
     s.continuum.continuumPointCount = 0;
     throw;
   }
+}
+
+Outcome Execute(Session& s, const NormalizeAgain&) {
+  RequireSpectrum(s);
+  if (!s.continuum.continuumFitDone || !s.continuum.fitUsed)
+    throw Refusal("Hey, there is no normalisation to repeat!");
+  Warnings warnings = NormalizeContinuum(s);
+  return {"divided again by the continuum of power " + std::to_string(s.continuum.fittedPower),
+          std::move(warnings)};
 }
 
 Outcome Execute(Session& s, const Revert&) {

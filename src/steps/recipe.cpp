@@ -2,13 +2,20 @@
 #include "steps/recipe.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <new>
 
+#include "files/input_file.h"
 #include "files/text_records.h"
+#include "reduce/column_slice.h"
+#include "reduce/continuum.h"
 #include "steps/slot_names.h"
+#include "steps/wording.h"
 
 namespace halmek {
 namespace {
+
+namespace fs = std::filesystem;
 
 bool IsBlank(char c) { return c == ' ' || c == '\t'; }
 
@@ -91,6 +98,15 @@ std::string FileInMessage(const Session& session, const Step& step) {
   return save != nullptr && save->file.empty() ? session.slot[SlotNamed(save->what)].fileName : FileOf(step);
 }
 
+// A recipe accepts what it fits, as the windows do by "OK".
+struct Acceptance {
+  Session& session;
+  void operator()(const steps::Background&) const { AcceptBackground(session); }
+  void operator()(const steps::NormalizeAuto&) const { AcceptContinuum(session); }
+  void operator()(const steps::NormalizePoints&) const { AcceptContinuum(session); }
+  void operator()(const auto&) const {}
+};
+
 }  // namespace
 
 bool IsVariableName(std::string_view name) {
@@ -130,6 +146,7 @@ void RunRecipe(Session& session, const std::vector<RecipeLine>& lines,
   for (const RecipeLine& line : lines) {
     try {
       report(line, Perform(session, line.step));
+      std::visit(Acceptance{session}, line.step);
     } catch (const Failure& failure) {
       throw RecipeStopped(line.number, FailureLine(FileInMessage(session, line.step), failure));
     } catch (const std::bad_alloc&) {
@@ -144,6 +161,36 @@ std::string FailureLine(const std::string& file, const Failure& failure) {
   if (!failure.detail().empty())
     line += " (" + failure.detail() + ")";
   return line;
+}
+
+RecipeReport RunRecipeFile(Session& session, const std::string& path) {
+  const std::string name = LeafName(path);
+  RecipeReport report;
+  int done = 0;
+  try {
+    const std::vector<RecipeLine> lines = ParseRecipe(ReadWholeFile(path), {});
+    const std::string folder = fs::path(path).parent_path().string();
+    if (folder != session.dataFolder)
+      Perform(session, steps::Folder{folder});
+    RunRecipe(session, lines, [&](const RecipeLine& line, const Outcome& outcome) {
+      ++done;
+      for (const std::string& warning : outcome.warnings)
+        report.warnings +=
+            (report.warnings.empty() ? "" : "\n") + name + ":" + std::to_string(line.number) + ": " + warning;
+    });
+    report.text = name + ": " + Count(done, "step") + " done.";
+  } catch (const RecipeStopped& stopped) {
+    report.text = name + ":" + std::to_string(stopped.line()) + ": " + stopped.what();
+  } catch (const Failure& failure) {
+    report.text = FailureLine(name, failure);
+  }
+  return report;
+}
+
+std::string SavedRecipe(const Session& session, const std::string& path) {
+  const fs::path start = fs::path(session.settingsPath).parent_path();
+  const bool isElsewhere = fs::path(path).parent_path() != start;
+  return (isElsewhere ? TextOf(steps::Folder{start.string()}) + "\n" : std::string()) + JournalText(session);
 }
 
 std::string JournalText(const Session& session) {

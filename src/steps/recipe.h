@@ -42,8 +42,8 @@ std::vector<std::string> WordsOf(std::string_view line, const Variables& variabl
 // Reads a whole recipe. Throws RecipeStopped at the first line that cannot be understood.
 std::vector<RecipeLine> ParseRecipe(std::string_view text, const Variables& variables);
 
-// Performs the lines in order and hands each outcome to `report`. Throws RecipeStopped at the first that is
-// refused; its text names the step's file, the refusal and its detail.
+// Performs the lines in order, accepts the fits among them, and hands each outcome to `report`. Throws
+// RecipeStopped at the first that is refused; its text names the step's file, the refusal and its detail.
 void RunRecipe(Session& session, const std::vector<RecipeLine>& lines,
                const std::function<void(const RecipeLine&, const Outcome&)>& report);
 
@@ -52,5 +52,18 @@ std::string FailureLine(const std::string& file, const Failure& failure);
 
 // The journal as a recipe.
 std::string JournalText(const Session& session);
+
+// The journal as it is saved at `path`, so that it runs from the folder it is saved in: where the session
+// began elsewhere, the first line says so.
+std::string SavedRecipe(const Session& session, const std::string& path);
+
+// What is to be said of a recipe that was run: one line, and its warnings, one a line.
+struct RecipeReport {
+  std::string text, warnings;
+};
+
+// Runs the recipe in a file on a session that may already hold data. The file's folder becomes current, as
+// its relative names expect. Nothing is run where a line cannot be understood.
+RecipeReport RunRecipeFile(Session& session, const std::string& path);
 
 }  // namespace halmek

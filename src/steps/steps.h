@@ -140,6 +140,13 @@ struct NormalizePoints {
   }
 };
 
+struct NormalizeAgain {
+  static constexpr std::string_view name = "normalize again";
+  static constexpr std::string_view help = "divide once more by the continuum of the last normalisation";
+  template <class Visitor>
+  void Visit(Visitor&) {}
+};
+
 struct Revert {
   static constexpr std::string_view name = "revert";
   static constexpr std::string_view help = "the spectrum before the last normalisation";
@@ -313,8 +320,9 @@ namespace halmek {
 using Step =
     std::variant<steps::Folder, steps::Load, steps::FixColumn, steps::Trim, steps::Zap, steps::UndoZap,
                  steps::Aperture, steps::Background, steps::Crunch, steps::NormalizeAuto,
-                 steps::NormalizePoints, steps::Revert, steps::Arcs, steps::Identify, steps::DeleteLine,
-                 steps::DeleteLines, steps::ApplyMask, steps::FitDeviations, steps::Correct, steps::SaveMask,
-                 steps::Save, steps::Export, steps::Header, steps::PlotRow, steps::PlotColumn, steps::Plot>;
+                 steps::NormalizePoints, steps::NormalizeAgain, steps::Revert, steps::Arcs, steps::Identify,
+                 steps::DeleteLine, steps::DeleteLines, steps::ApplyMask, steps::FitDeviations,
+                 steps::Correct, steps::SaveMask, steps::Save, steps::Export, steps::Header, steps::PlotRow,
+                 steps::PlotColumn, steps::Plot>;
 
 }  // namespace halmek

@@ -76,7 +76,7 @@ TEST(Recipe, AnythingThatCannotBeUnderstoodIsNamedByItsLine) {
       {"arcs 3\n", "1: 1|2 must be 1 to 2, not 3: arcs 1|2"},
       {"identify arc1 nan\n",
        "1: COLUMN must be a number, not 'nan': identify arc1|arc2 COLUMN [WAVELENGTH]"},
-      {"normalize\n", "1: expected normalize auto INTERVAL POWER or normalize points POWER COLUMN..."},
+      {"normalize\n", "1: expected normalize auto INTERVAL POWER or normalize points POWER COLUMN... or normalize again"},
       {"load frame \"a.fts\n", "1: a double quote is not closed"},
       {"load frame $star\n", "1: $star has no value; give it one as in star=VALUE"},
       {"load frame \"\"\n", "1: FILE is empty: load frame|dao|arc1|arc2|object|table|mask FILE"},
