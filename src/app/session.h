@@ -157,7 +157,8 @@ struct Continuum {
   static constexpr int lastPoint = 2000;
 
   FixedTable<double> ContinuumPointColumn{lastPoint}, ContinuumPointValue{lastPoint};
-  FixedTable<int> clickedColumn{lastPoint};  // where a point set by hand was clicked
+  // Where a point set by hand was clicked; the negative column of an automatic point.
+  FixedTable<int> clickedColumn{lastPoint};
   int continuumPointCount = 0;
   bool continuumFitDone = false;
   bool normalized = false;  // `spectrumWork` holds the spectrum before a normalisation
@@ -201,8 +202,10 @@ struct Session : Settings {
   bool daoFrame = false;  // the next 2-D load reads the DAO layout
   int arcCount = 2;
   bool frameTrimmed = false;
-  std::string baseName;     // of the frame's file, without extension
-  FitsHeader crunchHeader;  // of the frame as it was when the spectrum of slot 3 was extracted from it
+  std::string baseName;  // of the frame's file, without extension
+  // The frame's file and header as they were when the spectrum of slot 3 was extracted from it.
+  std::string crunchFile;
+  FitsHeader crunchHeader;
 
   int traceRow = 0;  // the brightest row near the repaired column
   halmek::SortBuffer SortBuffer;

@@ -52,6 +52,7 @@ void AddPoint(Continuum& c, const ContinuumPoint& point) {
   ++c.continuumPointCount;
   c.ContinuumPointColumn(c.continuumPointCount) = point.column;
   c.ContinuumPointValue(c.continuumPointCount) = point.value;
+  c.clickedColumn(c.continuumPointCount) = -point.column;
 }
 
 // Replaces the points by one a bin, where there are enough of them.
@@ -111,8 +112,7 @@ Drawing PlotContinuum(Session& s, WindowSize window) {
   SetXRange(f, 0, static_cast<double>(values.size()));
   SetYRange(f, 0, NiceUpperBound(RangeOf(values).largest));
 
-  const Slot& frame = s.slot[slots::frame];
-  Drawing drawing(window, PlotCaption("File:  ", frame.fileName, frame.objectName));
+  Drawing drawing(window, PlotCaption("File:  ", s.crunchFile, s.crunchHeader.objectName));
   DrawAxes(drawing, f, continuumAxes);
   DrawStepCurve(drawing, f, values);
   DrawMarkers(drawing, s);
@@ -136,6 +136,15 @@ bool AddContinuumPoint(Session& s, int column) {
     return false;
   AddPoint(c, *point);
   c.clickedColumn(c.continuumPointCount) = column;
+  return true;
+}
+
+bool AddContinuumPixel(Session& s, int column) {
+  Continuum& c = s.continuum;
+  const double value = s.slot[slots::spectrum].spectrum(column);
+  if (!(value > 0))
+    return false;
+  AddPoint(c, {column, value});
   return true;
 }
 

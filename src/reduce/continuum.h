@@ -15,6 +15,10 @@ Drawing PlotContinuum(Session& session, WindowSize window);
 // Throws Refusal where 2000 points are set.
 bool AddContinuumPoint(Session& session, int column);
 
+// Adds a point at the pixel `column` itself, as the automatic mode does. Returns false where it is not
+// positive.
+bool AddContinuumPixel(Session& session, int column);
+
 // Deletes the first point less than 10 columns from `column`. Returns false where there is none.
 bool DeleteContinuumPoint(Session& session, int column);
 

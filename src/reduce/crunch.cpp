@@ -23,6 +23,7 @@ void CopyHeader(Session& s) {
   const Slot& frame = s.slot[slots::frame];
   Slot& spectrum = s.slot[slots::spectrum];
   RequireRoomForCards(frame, 1);
+  s.crunchFile = frame.fileName;
   s.crunchHeader = frame;
   static_cast<FitsHeader&>(spectrum) = frame;
   AppendCard(spectrum, "HISTORY:  Halmek collapsed data from 2-D to 1-D on " + Today() + ".");

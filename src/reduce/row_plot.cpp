@@ -107,7 +107,7 @@ std::optional<Drawing> DrawRowPlot(Session& s, WindowSize window) {
   }
   plot.hint = rowPlotHint;
   PrepareFrame(plot.rowFrame, window, range);
-  plot.lastDrawnRow = plot.plotRow;
+  plot.lastDrawnRow = plot.rowScroll.value = plot.plotRow;
   return RepaintRowPlot(s, window);
 }
 

@@ -62,7 +62,7 @@ bool UndoZap(Session& s) {
     return false;
   for (int column = plot.undoFirst; column <= plot.undoLast; ++column)
     s.image(plot.undoRow, column) = plot.zapBackup(column);
-  plot.plotRow = std::exchange(plot.undoRow, 0);
+  plot.plotRow = plot.rowScroll.value = std::exchange(plot.undoRow, 0);
   return true;
 }
 

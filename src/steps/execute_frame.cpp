@@ -1,5 +1,6 @@
 // The steps on the frame and on the spectrum extracted from it.
 #include <algorithm>
+#include <cstdlib>
 #include <tuple>
 
 #include "files/whole_number.h"
@@ -158,15 +159,15 @@ Outcome Execute(Session& s, const NormalizeAuto& step) {
 Outcome Execute(Session& s, const NormalizePoints& step) {
   RequireSpectrum(s);
   for (int column : step.columns)
-    RequireWithin("Column", column, Pixels(s.slot[slots::spectrum]));
+    RequireWithin("Column", std::abs(column), Pixels(s.slot[slots::spectrum]));
   const KeptChoices kept(s);
   s.manualFit = -1;
   s.continuum.continuumPower = step.power;
   s.continuum.continuumPointCount = 0;
   try {
     for (int column : step.columns)
-      if (!AddContinuumPoint(s, column))
-        throw Refusal("There is no positive pixel near column " + std::to_string(column) +
+      if (!(column < 0 ? AddContinuumPixel(s, -column) : AddContinuumPoint(s, column)))
+        throw Refusal("There is no positive pixel near column " + std::to_string(std::abs(column)) +
                       ".  Please try again.");
     return FitAndNormalize(s);
   } catch (const Refusal&) {

@@ -130,7 +130,9 @@ struct NormalizeAuto {
 
 struct NormalizePoints {
   static constexpr std::string_view name = "normalize points";
-  static constexpr std::string_view help = "flatten the continuum through the highest pixel near each COLUMN";
+  static constexpr std::string_view help =
+      "flatten the continuum through the highest pixel near each COLUMN, or "
+      "the pixel COLUMN itself where it is written as -COLUMN";
   int power = 0;
   std::vector<int> columns;
   template <class Visitor>

@@ -260,13 +260,16 @@ TEST_F(Plots, ASliceOpensOnTheMiddleColumnOnItsOwnScale) {
 TEST_F(Plots, TheContinuumPlotShowsCurvePointsAndFit) {
   SetFrame(s, 3, 1, [](int, int) { return 1; });
   SetSpectrum(s, 3, std::vector<double>(101, 300));
+  // The names are those of the frame that the spectrum came from, also after another was loaded.
+  s.crunchFile = "star.fts";
+  s.crunchHeader.objectName = "Vega";
   s.manualFit = -1;
   s.continuum.continuumPower = 2;
   for (int column : {10, 50, 90})
     AddContinuumPoint(s, column);
   FitContinuum(s);
   const Drawing drawing = PlotContinuum(s, window);
-  EXPECT_EQ(drawing.caption, "File:  frame.fts     Object:  Test star");
+  EXPECT_EQ(drawing.caption, "File:  star.fts     Object:  Vega");
   EXPECT_TRUE(Items(drawing).ends_with("tkkkkRoooB")) << Items(drawing);
   const auto& circle = ItemFromEnd<Circle>(drawing, 4);
   EXPECT_FLOAT_EQ(circle.centre.x, 800 + 12785 * 4 / 101.0f);
