@@ -1,0 +1,245 @@
+// The actions of the main window.
+#include "app/actions.h"
+
+#include <filesystem>
+
+#include "dialogs/chooser_kinds.h"
+#include "files/atomic_write.h"
+#include "files/whole_number.h"
+#include "platform/text.h"
+#include "reduce/column_slice.h"
+#include "reduce/row_plot.h"
+#include "steps/clicks.h"
+#include "steps/recipe.h"
+
+namespace halmek {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* noFrameMessage = "Hey, no 2-D file has been loaded!";
+constexpr const char* recipePattern = "*.recipe";
+
+// The window of that name, made where it is not there yet.
+template <class Window>
+Window& Made(std::unique_ptr<Window>& window, Desk& desk) {
+  if (!window)
+    window = std::make_unique<Window>(desk);
+  return *window;
+}
+
+// What is said where a slot that a menu item needs holds nothing; empty where nothing is said.
+std::string NothingLoaded(int slot) {
+  switch (slot) {
+    case slots::frame:
+      return "Hey, no Object (2-D) file has been loaded!";
+    case slots::arc1:
+      return "Hey, no Arc 1 file has been loaded!";
+    case slots::arc2:
+      return "Hey, no Arc 2 file has been loaded!";
+    default:
+      return {};
+  }
+}
+
+}  // namespace
+
+FileChooser& Actions::Chooser(const ChooserKind& kind) {
+  std::unique_ptr<FileChooser>& chooser = choosers_[kind.name];
+  if (!chooser)
+    chooser = std::make_unique<FileChooser>(desk_, kind);
+  return *chooser;
+}
+
+void Actions::LoadFrame() {
+  session().currentSlot = slots::frame;
+  session().daoFrame = false;
+  Chooser(choosers::loadData)
+      .Open({.what = "frame", .title = "Load 2-D Fits File", .pattern = 2, .name = {}});
+}
+
+void Actions::LoadDao() {
+  session().currentSlot = slots::frame;
+  session().daoFrame = true;
+  Chooser(choosers::loadData)
+      .Open({.what = "dao", .title = "Load DAO Non-standard 2-D Fits File", .pattern = 3, .name = {}});
+}
+
+void Actions::LoadArc(int arc) {
+  session().currentSlot = arc;
+  Chooser(choosers::loadData)
+      .Open({.what = arc == 1 ? "arc1" : "arc2", .title = "Load 1-D Fits File", .pattern = 0, .name = {}});
+}
+
+void Actions::LoadObject() {
+  session().currentSlot = slots::object;
+  Chooser(choosers::loadData)
+      .Open({.what = "object", .title = "Load Program 1-D Fits File", .pattern = 0, .name = {}});
+}
+
+void Actions::LoadTable() {
+  Chooser(choosers::loadTable).Open({.what = "table", .title = {}, .pattern = 0, .name = {}});
+}
+
+void Actions::LoadFrameFrom(const std::string& file) {
+  const fs::path path(FullName(session(), file));
+  desk_.Do(mainWindow_, StepsIn(session(), path.parent_path().lexically_normal().string(),
+                                steps::Load{"frame", path.filename().string()}));
+}
+
+std::optional<QString> Actions::FixColumn(const QString& column) {
+  int number = 0;
+  if (!desk_.Try(mainWindow_, [&] { number = WholeNumber(Typed(column)); }) ||
+      !desk_.Do(mainWindow_, steps::FixColumn{number}))
+    return std::nullopt;
+  return QString::number(session().traceRow - 4);
+}
+
+void Actions::Trim(const std::array<QString, 4>& corners) {
+  if (session().frameTrimmed)
+    return;
+  std::array<int, 4> numbers{};
+  if (desk_.Try(mainWindow_, [&] {
+        for (size_t i = 0; i < numbers.size(); ++i)
+          numbers[i] = WholeNumber(Typed(corners[i]));
+      }))
+    desk_.Do(mainWindow_, steps::Trim{numbers[0], numbers[1], numbers[2], numbers[3]});
+}
+
+void Actions::FixTrace(const QString& startRow) {
+  Session& s = session();
+  if (!desk_.Try(mainWindow_, [&] {
+        s.startRow = WholeNumber(Typed(startRow));
+        OpenRowPlot(s, s.startRow);
+      }))
+    return;
+  if (Made(rowPlot_, desk_).Open())
+    return;
+  desk_.Tell(mainWindow_, Columns(s) <= 1 ? "A frame of one column has no rows to plot."
+                                          : RowNotShownMessage(std::max<int>(1, s.startRow)));
+}
+
+void Actions::PlotSlice() {
+  OpenColumnPlot(session());
+  Made(columnSlice_, desk_).Open();
+}
+
+void Actions::Crunch() { desk_.Do(mainWindow_, CrunchSteps(session())); }
+
+void Actions::Normalize() { Made(continuum_, desk_).Open(); }
+
+void Actions::SaveSpectrum() {
+  session().currentSlot = slots::spectrum;
+  Chooser(choosers::saveData)
+      .Open({.what = "spectrum",
+             .title = "Save 1-D Fits File",
+             .pattern = 0,
+             .name = BaseName(session().slot[slots::frame].fileName) + "_1D.fts"});
+}
+
+void Actions::ChooseArcCount(int count) { desk_.Do(mainWindow_, steps::Arcs{count}); }
+
+void Actions::PlotArc(int arc) {
+  session().currentSlot = arc;
+  desk_.Tell(mainWindow_, "Sorry, arcs cannot be plotted on the screen yet.");
+}
+
+void Actions::Correct() { desk_.Do(mainWindow_, steps::Correct{}); }
+
+void Actions::SaveCalibrated() {
+  session().currentSlot = slots::object;
+  Chooser(choosers::saveData)
+      .Open({.what = "object",
+             .title = "Save Calibrated 1-D Program File",
+             .pattern = 0,
+             .name = BaseName(session().slot[slots::object].fileName) + "cal.fts"});
+}
+
+bool Actions::HasFrame() {
+  if (!session().slot[slots::frame].fileName.empty())
+    return true;
+  desk_.Tell(mainWindow_, noFrameMessage);
+  return false;
+}
+
+void Actions::Save() {
+  if (HasFrame())
+    desk_.Do(mainWindow_,
+             steps::Save{"frame", BaseName(session().slot[slots::frame].fileName) + ".fts", -32});
+}
+
+void Actions::SaveAs() {
+  if (!HasFrame())
+    return;
+  session().currentSlot = slots::frame;
+  Chooser(choosers::saveData)
+      .Open({.what = "frame",
+             .title = "Save 2-D Program File",
+             .pattern = 0,
+             .name = BaseName(session().slot[slots::frame].fileName) + ".fts"});
+}
+
+void Actions::SaveFrameText() {
+  if (HasFrame())
+    Chooser(choosers::saveFrameText)
+        .Open({.what = "frame", .title = {}, .pattern = 0, .name = session().baseName + "_2D.txt"});
+}
+
+void Actions::SaveSpectrumText() {
+  const int slot = session().currentSlot;
+  if (!session().slot[slot].fileName.empty())
+    Chooser(choosers::saveSpectrumText)
+        .Open({.what = {},
+               .title = {},
+               .pattern = 0,
+               .name = slot == slots::spectrum ? session().baseName + "_1D.txt" : std::string()});
+  else if (const std::string message = NothingLoaded(slot); !message.empty())
+    desk_.Tell(mainWindow_, message);
+}
+
+void Actions::SaveSpectrumFile() {
+  const int slot = session().currentSlot;
+  if (!session().slot[slot].fileName.empty())
+    desk_.Tell(mainWindow_, "Sorry; this feature has not been implemented yet.");
+  else if (const std::string message = NothingLoaded(slot); !message.empty())
+    desk_.Tell(mainWindow_, message);
+}
+
+void Actions::ShowHeader(int slot) {
+  session().currentSlot = slot;
+  desk_.Tell(mainWindow_, session().slot[slot].fileName.empty()
+                              ? "Hey, no file has been loaded."
+                              : "Sorry, headers cannot be shown on the screen yet.");
+}
+
+void Actions::ShowRecipe() { Made(recipe_, desk_).Open(); }
+
+void Actions::SaveRecipe() {
+  const std::string frame = session().slot[slots::frame].fileName;
+  const auto file = desk_.platform().FileToSave(
+      mainWindow_, {.title = "Save Recipe As",
+                    .folder = session().dataFolder,
+                    .name = (frame.empty() ? std::string("halmek") : BaseName(frame)) + ".recipe",
+                    .pattern = recipePattern});
+  if (file)
+    desk_.Try(mainWindow_, [&] { AtomicWrite(*file, SavedRecipe(session(), *file)); });
+}
+
+void Actions::RunRecipe() {
+  const auto file = desk_.platform().FileToOpen(
+      mainWindow_,
+      {.title = "Run Recipe", .folder = session().dataFolder, .name = {}, .pattern = recipePattern});
+  if (!file)
+    return;
+  RecipeReport report;
+  {
+    const BusyPointer busy(desk_);
+    report = RunRecipeFile(session(), *file);
+  }
+  desk_.RefreshViews();
+  desk_.Tell(mainWindow_, report.text, report.warnings);
+}
+
+void Actions::ShowHelp() { desk_.Tell(mainWindow_, "Sorry, there are no help pages yet."); }
+
+}  // namespace halmek

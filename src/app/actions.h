@@ -1,0 +1,79 @@
+// What the buttons and menu items of the main window do.
+#pragma once
+
+#include <QString>
+#include <array>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "app/recipe_window.h"
+#include "dialogs/file_chooser.h"
+#include "platform/desk.h"
+#include "reduce/column_slice_window.h"
+#include "reduce/continuum_window.h"
+#include "reduce/row_plot_window.h"
+
+namespace halmek {
+
+// Owns the windows that the main window opens. Each is made when it is first asked for. Refusals are shown as
+// messages; texts are those of the text boxes.
+class Actions {
+ public:
+  // Messages appear over `mainWindow`.
+  Actions(Desk& desk, QWidget* mainWindow) : desk_(desk), mainWindow_(mainWindow) {}
+
+  void LoadFrame();
+  void LoadDao();
+  void LoadArc(int arc);
+  void LoadObject();
+  void LoadTable();
+
+  // Loads a frame by its name, as given when the program is started.
+  void LoadFrameFrom(const std::string& file);
+
+  // Returns what the box of the start row shows then; nothing where the column was refused.
+  std::optional<QString> FixColumn(const QString& column);
+
+  // Columns and rows of the upper left and the lower right corner, in the order of the boxes.
+  void Trim(const std::array<QString, 4>& corners);
+  void FixTrace(const QString& startRow);
+  void PlotSlice();
+  void Crunch();
+  void Normalize();
+  void SaveSpectrum();
+
+  void ChooseArcCount(int count);
+  void PlotArc(int arc);
+  void Correct();
+  void SaveCalibrated();
+
+  void Save();
+  void SaveAs();
+  void SaveFrameText();
+  void SaveSpectrumText();
+  void SaveSpectrumFile();
+  void ShowHeader(int slot);
+
+  void ShowRecipe();
+  void SaveRecipe();
+  void RunRecipe();
+
+  void ShowHelp();
+
+ private:
+  Session& session() { return desk_.session(); }
+  bool HasFrame();
+  FileChooser& Chooser(const ChooserKind& kind);
+
+  Desk& desk_;
+  QWidget* mainWindow_;
+  std::map<std::string, std::unique_ptr<FileChooser>> choosers_;
+  std::unique_ptr<RowPlotWindow> rowPlot_;
+  std::unique_ptr<ColumnSliceWindow> columnSlice_;
+  std::unique_ptr<ContinuumWindow> continuum_;
+  std::unique_ptr<RecipeWindow> recipe_;
+};
+
+}  // namespace halmek

@@ -1,0 +1,13 @@
+// The menus of the main window.
+#pragma once
+
+#include <QMainWindow>
+
+#include "app/actions.h"
+
+namespace halmek {
+
+// Fills the menu bar of `window`; "Exit" closes it.
+void AddMainMenu(QMainWindow& window, Actions& actions);
+
+}  // namespace halmek

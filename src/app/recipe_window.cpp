@@ -1,0 +1,62 @@
+// The recipe's window.
+#include "app/recipe_window.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QFontDatabase>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include "platform/controls.h"
+#include "platform/text.h"
+#include "platform/twips.h"
+
+namespace halmek {
+
+RecipeWindow::RecipeWindow(Desk& desk) : desk_(desk), text_(new QPlainTextEdit(this)) {
+  setObjectName("frmRecipe");
+  setWindowTitle("Recipe");
+  resize(PixelsOf(9000), PixelsOf(7000));
+
+  text_->setObjectName("textRecipe");
+  text_->setReadOnly(true);
+  text_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  text_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  text_->setLineWrapMode(QPlainTextEdit::NoWrap);
+  text_->setPlaceholderText("Each step that is done appears here, as the line of a recipe.");
+
+  QPushButton* const copy = NewButton(
+      "commandCopy", "Copy All", [this] { QGuiApplication::clipboard()->setText(text_->toPlainText()); });
+  QPushButton* const close = NewButton("commandClose", "Close", [this] { this->close(); });
+  auto* const buttons = new QHBoxLayout;
+  buttons->addStretch();
+  buttons->addWidget(copy);
+  buttons->addWidget(close);
+  auto* const column = new QVBoxLayout(this);
+  column->addWidget(text_);
+  column->addLayout(buttons);
+
+  auto* const escape = new QAction(this);
+  escape->setShortcuts({QKeySequence(Qt::Key_Escape), QKeySequence(QKeySequence::Close)});
+  connect(escape, &QAction::triggered, this, [this] { this->close(); });
+  addAction(escape);
+  desk_.AddView(*this);
+}
+
+RecipeWindow::~RecipeWindow() { desk_.RemoveView(*this); }
+
+void RecipeWindow::Open() {
+  Refresh();
+  show();
+  raise();
+  activateWindow();
+}
+
+void RecipeWindow::Refresh() {
+  const auto& journal = desk_.session().journal;
+  for (; linesShown_ < journal.size(); ++linesShown_)
+    text_->appendPlainText(Shown(journal[linesShown_]));
+}
+
+}  // namespace halmek

@@ -1,0 +1,48 @@
+// Panels of steps.
+#include "app/step_panel.h"
+
+#include "platform/controls.h"
+
+namespace halmek {
+
+StepPanel::StepPanel(const QString& headingName, const QString& heading) : steps_(new QVBoxLayout(this)) {
+  setFrameShape(QFrame::StyledPanel);
+  steps_->setContentsMargins(8, 5, 8, 5);
+  steps_->setSpacing(0);
+  QLabel* const label = NewLabel(headingName, heading);
+  QFont bold = label->font();
+  bold.setBold(true);
+  label->setFont(bold);
+  steps_->addWidget(label);
+}
+
+QGridLayout* StepPanel::AddStep(const QString& text) {
+  steps_->addStretch(1);
+  auto* const grid = new QGridLayout;
+  grid->setHorizontalSpacing(6);
+  grid->setVerticalSpacing(2);
+  grid->addWidget(NewLabel({}, text), 0, 0);
+  grid->setColumnStretch(0, 1);
+  steps_->addLayout(grid);
+  return grid;
+}
+
+QLabel* StepPanel::NewStatus(const QString& name) {
+  QLabel* const status = NewLabel(name, {});
+  QFont bold = status->font();
+  bold.setBold(true);
+  status->setFont(bold);
+  status->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  return status;
+}
+
+QHBoxLayout* StepPanel::Row(const QList<QWidget*>& controls) {
+  auto* const row = new QHBoxLayout;
+  row->setSpacing(6);
+  row->addStretch(1);
+  for (QWidget* control : controls)
+    row->addWidget(control);
+  return row;
+}
+
+}  // namespace halmek

@@ -1,0 +1,66 @@
+// Shared controls.
+#include "platform/controls.h"
+
+#include <QFocusEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <utility>
+
+namespace halmek {
+
+EntryBox::EntryBox(const QString& name, QWidget* parent) : QLineEdit(parent) { setObjectName(name); }
+
+void EntryBox::focusInEvent(QFocusEvent* event) {
+  QLineEdit::focusInEvent(event);
+  selectAll();
+  // The click that gives the focus would put the cursor into the text and drop the selection.
+  focusedByClick_ = event->reason() == Qt::MouseFocusReason;
+}
+
+void EntryBox::mousePressEvent(QMouseEvent* event) {
+  QLineEdit::mousePressEvent(event);
+  if (std::exchange(focusedByClick_, false))
+    selectAll();
+}
+
+ElidedLabel::ElidedLabel(const QString& name, QWidget* parent) : QLabel(parent) {
+  setObjectName(name);
+  setTextFormat(Qt::PlainText);
+  setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+}
+
+void ElidedLabel::SetText(const QString& text) {
+  setText(text);
+  setToolTip(text.toHtmlEscaped());
+}
+
+QSize ElidedLabel::minimumSizeHint() const { return {0, fontMetrics().height()}; }
+
+QSize ElidedLabel::sizeHint() const {
+  return {fontMetrics().horizontalAdvance(text()), fontMetrics().height()};
+}
+
+void ElidedLabel::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.drawText(rect(), static_cast<int>(alignment()) | Qt::TextSingleLine,
+                   fontMetrics().elidedText(text(), Qt::ElideMiddle, width()));
+}
+
+QLabel* NewLabel(const QString& name, const QString& text, QWidget* parent) {
+  auto* const label = new QLabel(text, parent);
+  label->setObjectName(name);
+  label->setTextFormat(Qt::PlainText);
+  return label;
+}
+
+QPushButton* NewButton(const QString& name, const QString& caption, const std::function<void()>& action,
+                       QWidget* parent) {
+  QString shown = caption;
+  auto* const button = new QPushButton(shown.replace("&", "&&"), parent);
+  button->setObjectName(name);
+  button->setAutoDefault(false);
+  QObject::connect(button, &QPushButton::clicked, button, [action] { action(); });
+  return button;
+}
+
+}  // namespace halmek

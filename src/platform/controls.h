@@ -1,0 +1,42 @@
+// The controls that several windows use.
+#pragma once
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <functional>
+
+namespace halmek {
+
+// A text box whose text is selected when it gets the focus, by the keyboard or by a click.
+class EntryBox : public QLineEdit {
+ public:
+  explicit EntryBox(const QString& name, QWidget* parent = nullptr);
+
+ protected:
+  void focusInEvent(QFocusEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+
+ private:
+  bool focusedByClick_ = false;
+};
+
+// A label that shows as much of its text as fits, with an ellipsis in the middle, and the whole in its
+// tooltip. `text()` is the whole text.
+class ElidedLabel : public QLabel {
+ public:
+  explicit ElidedLabel(const QString& name, QWidget* parent = nullptr);
+  void SetText(const QString& text);
+  QSize minimumSizeHint() const override;
+  QSize sizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+};
+
+// Controls with their object names. Captions are shown as they stand: an "&" is no mnemonic.
+QLabel* NewLabel(const QString& name, const QString& text, QWidget* parent = nullptr);
+QPushButton* NewButton(const QString& name, const QString& caption, const std::function<void()>& action,
+                       QWidget* parent = nullptr);
+
+}  // namespace halmek

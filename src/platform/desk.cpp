@@ -1,0 +1,76 @@
+// The door of the windows.
+#include "platform/desk.h"
+
+#include <new>
+#include <optional>
+
+#include "steps/perform.h"
+
+namespace halmek {
+namespace {
+
+// What is to be said of the failure of `action`; nothing where it succeeds.
+std::optional<Message> FailureOf(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const Failure& failure) {
+    return Message{failure.text(), failure.detail()};
+  } catch (const std::bad_alloc&) {
+    return Message{RunTimeError(run_time_error::outOfMemory).text(), {}};
+  }
+  return std::nullopt;
+}
+
+std::string Joined(const Warnings& warnings) {
+  std::string text;
+  for (const std::string& warning : warnings)
+    text += (text.empty() ? "" : "\n") + warning;
+  return text;
+}
+
+}  // namespace
+
+bool Desk::Do(QWidget* over, const std::vector<Step>& steps) {
+  Warnings warnings;
+  const auto failure = [&] {
+    const BusyPointer busy(*this);
+    return FailureOf([&] {
+      for (const Step& step : steps)
+        for (std::string& warning : Perform(session_, step).warnings)
+          warnings.push_back(std::move(warning));
+    });
+  }();
+  // What stands on the screen is right before a box asks to be read.
+  RefreshViews();
+  if (failure)
+    platform_.Show(over, *failure);
+  if (!warnings.empty())
+    Tell(over, Joined(warnings));
+  return !failure;
+}
+
+bool Desk::Try(QWidget* over, const std::function<void()>& action) {
+  const auto failure = FailureOf(action);
+  if (failure)
+    platform_.Show(over, *failure);
+  return !failure;
+}
+
+void Desk::RefreshViews() {
+  // A view may close itself meanwhile.
+  for (View* view : std::vector(views_))
+    if (std::find(views_.begin(), views_.end(), view) != views_.end())
+      view->Refresh();
+}
+
+BusyPointer::BusyPointer(Desk& desk) : desk_(desk) {
+  if (desk_.mainWindow() != nullptr)
+    desk_.platform().SetBusy(desk_.mainWindow(), true);
+}
+
+BusyPointer::~BusyPointer() {
+  if (desk_.mainWindow() != nullptr)
+    desk_.platform().SetBusy(desk_.mainWindow(), false);
+}
+
+}  // namespace halmek

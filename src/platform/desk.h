@@ -1,0 +1,74 @@
+// What all windows share: the session they show, the platform they speak through, and the one place where
+// failures become message boxes.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "app/session.h"
+#include "platform/platform.h"
+#include "steps/steps.h"
+
+namespace halmek {
+
+// A window that shows something of the session.
+class View {
+ public:
+  virtual ~View() = default;
+
+  // Shows what the session holds now. Called after every step.
+  virtual void Refresh() = 0;
+};
+
+class Desk {
+ public:
+  Desk(Session& session, Platform& platform) : session_(session), platform_(platform) {}
+  Desk(const Desk&) = delete;
+  Desk& operator=(const Desk&) = delete;
+
+  Session& session() { return session_; }
+  const Session& session() const { return session_; }
+  Platform& platform() { return platform_; }
+
+  // Performs the steps in order under the busy pointer, up to the first that fails, whose message is shown
+  // over the window. Then refreshes all views and shows the warnings in one box. Returns true if all
+  // succeeded.
+  bool Do(QWidget* over, const std::vector<Step>& steps);
+  bool Do(QWidget* over, const Step& step) { return Do(over, std::vector<Step>{step}); }
+
+  // Does anything else that may be refused: shows the message where it is. Returns true if it succeeded.
+  bool Try(QWidget* over, const std::function<void()>& action);
+
+  void Tell(QWidget* over, const std::string& text, const std::string& detail = {}) {
+    platform_.Show(over, {text, detail});
+  }
+
+  void AddView(View& view) { views_.push_back(&view); }
+  void RemoveView(View& view) { std::erase(views_, &view); }
+  void RefreshViews();
+
+  // The window that shows the busy pointer.
+  void SetMainWindow(QWidget* window) { mainWindow_ = window; }
+  QWidget* mainWindow() const { return mainWindow_; }
+
+ private:
+  Session& session_;
+  Platform& platform_;
+  std::vector<View*> views_;
+  QWidget* mainWindow_ = nullptr;
+};
+
+// Shows the busy pointer on the main window while it lives.
+class BusyPointer {
+ public:
+  explicit BusyPointer(Desk& desk);
+  ~BusyPointer();
+  BusyPointer(const BusyPointer&) = delete;
+  BusyPointer& operator=(const BusyPointer&) = delete;
+
+ private:
+  Desk& desk_;
+};
+
+}  // namespace halmek

@@ -1,0 +1,121 @@
+// Window placement.
+#include "platform/placement.h"
+
+#include <QApplication>
+#include <QScreen>
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "platform/twips.h"
+
+namespace halmek {
+namespace {
+
+// In pixels: how much of a title bar must be in sight, across and down.
+constexpr int graspAcross = 60, graspDown = 20;
+
+QList<QRect> Screens() {
+  QList<QRect> areas;
+  for (const QScreen* screen : QGuiApplication::screens())
+    areas.push_back(screen->availableGeometry());
+  return areas;
+}
+
+bool CanBeGrasped(const QRect& outer, const QRect& screen) {
+  const QRect seen = QRect(outer.topLeft(), QSize(outer.width(), graspDown)).intersected(screen);
+  return seen.width() >= std::min(graspAcross, outer.width()) && seen.height() >= graspDown;
+}
+
+int DistanceTo(const QRect& screen, const QPoint& point) {
+  const int x = std::clamp(point.x(), screen.left(), screen.right());
+  const int y = std::clamp(point.y(), screen.top(), screen.bottom());
+  return (QPoint(x, y) - point).manhattanLength();
+}
+
+// The twips of a pixel position; those it came from where they give the same pixel.
+int16_t TwipsAt(int pixels, int16_t before) {
+  if (PixelsOf(before) == pixels)
+    return before;
+  const double twips = std::round(TwipsOf(pixels));
+  return static_cast<int16_t>(std::clamp<double>(twips, INT16_MIN, INT16_MAX));
+}
+
+QSize InnerSize(const QSize& outer) {
+  const QMargins frame = FrameMargins();
+  return {std::max(1, outer.width() - frame.left() - frame.right()),
+          std::max(1, outer.height() - frame.top() - frame.bottom())};
+}
+
+}  // namespace
+
+QMargins FrameMargins() {
+  // Every window of the program gets the same frame; those on the screen tell how wide it is.
+  static QMargins known;
+  for (const QWidget* window : QApplication::topLevelWidgets()) {
+    if (!window->isVisible() || window->windowType() != Qt::Window)
+      continue;
+    const QRect outer = window->frameGeometry(), inner = window->geometry();
+    const QMargins margins(inner.left() - outer.left(), inner.top() - outer.top(),
+                           outer.right() - inner.right(), outer.bottom() - inner.bottom());
+    if (!margins.isNull())
+      known = margins;
+  }
+  return known;
+}
+
+void Place(QWidget& window, const WindowPlacement& placement) {
+  const QRect outer(QPoint(PixelsOf(placement.left), PixelsOf(placement.top)),
+                    window.size().grownBy(FrameMargins()));
+  window.move(InSight(outer, Screens()).topLeft());
+}
+
+void Place(QWidget& window, const SizedPlacement& placement) {
+  const QRect outer =
+      InSight({PixelsOf(placement.left), PixelsOf(placement.top), std::max(1, PixelsOf(placement.width)),
+               std::max(1, PixelsOf(placement.height))},
+              Screens());
+  window.resize(InnerSize(outer.size()));
+  window.move(outer.topLeft());
+}
+
+void Store(WindowPlacement& placement, const QWidget& window) {
+  placement.left = TwipsAt(window.x(), placement.left);
+  placement.top = TwipsAt(window.y(), placement.top);
+}
+
+void Store(SizedPlacement& placement, const QWidget& window) {
+  const QSize outer = window.size().grownBy(FrameMargins());
+  placement = {.left = TwipsAt(window.x(), placement.left),
+               .top = TwipsAt(window.y(), placement.top),
+               .width = TwipsAt(outer.width(), placement.width),
+               .height = TwipsAt(outer.height(), placement.height)};
+}
+
+QRect InSight(const QRect& outer, const QList<QRect>& screens) {
+  if (screens.isEmpty())
+    return outer;
+  const bool isReachable = std::any_of(screens.begin(), screens.end(),
+                                       [&](const QRect& screen) { return CanBeGrasped(outer, screen); });
+  const QRect screen = *std::min_element(screens.begin(), screens.end(), [&](const QRect& a, const QRect& b) {
+    return DistanceTo(a, outer.topLeft()) < DistanceTo(b, outer.topLeft());
+  });
+  QRect placed(outer.topLeft(), outer.size().boundedTo(screen.size()));
+  if (!isReachable) {
+    placed.moveRight(std::min(placed.right(), screen.right()));
+    placed.moveBottom(std::min(placed.bottom(), screen.bottom()));
+    placed.moveLeft(std::max(placed.left(), screen.left()));
+    placed.moveTop(std::max(placed.top(), screen.top()));
+  }
+  return placed;
+}
+
+void FixOuterSize(QWidget& window, int width, int height) {
+  window.setFixedSize(InnerSize({PixelsOf(width), PixelsOf(height)}));
+}
+
+void SetLeastOuterSize(QWidget& window, int width, int height) {
+  window.setMinimumSize(InnerSize({PixelsOf(width), PixelsOf(height)}));
+}
+
+}  // namespace halmek

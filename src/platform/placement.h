@@ -1,0 +1,33 @@
+// Windows put where they stood, and where they stand.
+#pragma once
+
+#include <QList>
+#include <QMargins>
+#include <QRect>
+#include <QWidget>
+
+#include "app/settings.h"
+
+namespace halmek {
+
+// The frame that the desktop draws around windows, as known since the first was shown.
+QMargins FrameMargins();
+
+// Puts a window, and with a size sizes it, border and title bar included. One that would be out of sight is
+// moved back into it, and made no larger than its screen.
+void Place(QWidget& window, const WindowPlacement& placement);
+void Place(QWidget& window, const SizedPlacement& placement);
+
+// Stores where the window stands. What has not been moved keeps its place to the twip.
+void Store(WindowPlacement& placement, const QWidget& window);
+void Store(SizedPlacement& placement, const QWidget& window);
+
+// `outer`, moved and shrunk so that it lies on one of the screens; the nearest where it lies on none. It
+// may reach beyond an edge as long as its title bar can be grasped.
+QRect InSight(const QRect& outer, const QList<QRect>& screens);
+
+// Keeps the outer size of a window at a fixed size or above a least one, in twips.
+void FixOuterSize(QWidget& window, int width, int height);
+void SetLeastOuterSize(QWidget& window, int width, int height);
+
+}  // namespace halmek

@@ -1,0 +1,46 @@
+// What the windows ask of the desktop: message boxes, the busy pointer, file dialogs. Tests answer in its
+// place.
+#pragma once
+
+#include <optional>
+#include <string>
+
+class QWidget;
+
+namespace halmek {
+
+// A message box: its text, and a detail in smaller print, which may be empty.
+struct Message {
+  std::string text, detail;
+};
+
+// What a file dialog is for; `pattern` is as in "*.recipe".
+struct FileQuestion {
+  std::string title, folder, name, pattern;
+};
+
+class Platform {
+ public:
+  virtual ~Platform() = default;
+
+  // Shows a modal box with an OK button over a window and returns when it is closed.
+  virtual void Show(QWidget* over, const Message& message) = 0;
+
+  // The busy pointer on a window, or the arrow again.
+  virtual void SetBusy(QWidget* window, bool busy) = 0;
+
+  // The full name of a file that the user chooses; nothing where the dialog is cancelled.
+  virtual std::optional<std::string> FileToOpen(QWidget* over, const FileQuestion& question) = 0;
+  virtual std::optional<std::string> FileToSave(QWidget* over, const FileQuestion& question) = 0;
+};
+
+// The desktop itself.
+class QtPlatform : public Platform {
+ public:
+  void Show(QWidget* over, const Message& message) override;
+  void SetBusy(QWidget* window, bool busy) override;
+  std::optional<std::string> FileToOpen(QWidget* over, const FileQuestion& question) override;
+  std::optional<std::string> FileToSave(QWidget* over, const FileQuestion& question) override;
+};
+
+}  // namespace halmek

@@ -1,0 +1,15 @@
+// Painting of a drawing on the screen.
+#pragma once
+
+#include <QPainter>
+
+#include "plot/drawing.h"
+
+namespace halmek {
+
+// Paints the lines, curves and circles of a drawing, `pixelsPerTwip` logical pixels to a twip. Upright and
+// level lines lie on whole pixels of the screen, so that they are equally sharp everywhere. Texts are left to
+// the labels of the window.
+void PaintDrawing(QPainter& painter, const Drawing& drawing, double pixelsPerTwip);
+
+}  // namespace halmek

@@ -1,0 +1,209 @@
+// The common part of the plot windows.
+#include "plot/plot_window.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QMenu>
+#include <QMenuBar>
+#include <QSignalBlocker>
+#include <QWheelEvent>
+#include <algorithm>
+#include <utility>
+
+#include "platform/placement.h"
+#include "platform/text.h"
+#include "platform/twips.h"
+
+namespace halmek {
+namespace {
+
+// Twips up from the lower edge of the layout to where the band of controls begins, below the axis title.
+constexpr int bandTop = 1550;
+
+}  // namespace
+
+PlotWindow::PlotWindow(Desk& desk, const char* name, SizedPlacement Settings::*placement)
+    : desk_(desk),
+      placement_(placement),
+      area_(new QWidget(this)),
+      surface_(new PlotSurface(area_)),
+      band_(new ControlBand(area_)) {
+  setObjectName(name);
+  setCentralWidget(area_);
+  // Any size is allowed; what does not fit is cut off.
+  area_->setMinimumSize(1, 1);
+  area_->installEventFilter(this);
+  AddFileMenu();
+  surface_->SetMouseHandlers({.move = [this](double x, double y) { PointTo(x, y); },
+                              .leftClick = [this](double x, double y) { ClickLeft(x, y); },
+                              .rightClick = [this](double x, double y) { ClickRight(x, y); },
+                              .leave = [this] { PointTo(-1, -1); },
+                              .wheel = [this](QWheelEvent* event) { Wheel(event); }});
+  desk_.AddView(*this);
+}
+
+PlotWindow::~PlotWindow() { desk_.RemoveView(*this); }
+
+void PlotWindow::AddFileMenu() {
+  fileMenu_ = menuBar()->addMenu("File");
+  fileMenu_->setObjectName("mFile");
+  QAction* const exit = fileMenu_->addAction("Exit", QKeySequence::Close, this, [this] { Return(); });
+  exit->setObjectName("mExit");
+}
+
+bool PlotWindow::Open() {
+  const bool opens = !std::exchange(loaded_, true);
+  if (opens) {
+    Loading();
+    Place(*this, placement());
+    ArrangeParts();
+  }
+  auto drawing = Draw(LayoutSize());
+  if (!drawing) {
+    if (!isVisible())
+      loaded_ = false;
+    ShowState();
+    return false;
+  }
+  // Showing raises resizes, which must not draw in the midst of this.
+  Frame().plotBusy = true;
+  show();
+  Frame().plotBusy = false;
+  Redraw();
+  raise();
+  activateWindow();
+  return true;
+}
+
+void PlotWindow::Refresh() {
+  if (!isVisible())
+    return;
+  if (Follow())
+    Redraw();
+  else
+    close();
+}
+
+void PlotWindow::Redraw() {
+  if (auto drawing = Draw(LayoutSize())) {
+    setWindowTitle(Shown(drawing->caption));
+    surface_->Show(*std::move(drawing));
+  }
+  ArrangeParts();
+  ShowState();
+}
+
+void PlotWindow::Return() {
+  Leaving();
+  Store(placement(), *this);
+  hide();
+}
+
+WindowSize PlotWindow::LayoutSize() const {
+  const QSize outer = size().grownBy(FrameMargins());
+  const int columnScroll = columnScroll_ == nullptr ? 0 : columnScroll_->sizeHint().height();
+  const int bandHeight = band_->HeightFor(area_->width()) + columnScroll;
+  const double fits = TwipsOf(area_->height() - bandHeight) + bandTop;
+  return {.width = static_cast<int>(TwipsOf(outer.width())),
+          .height = static_cast<int>(std::min(TwipsOf(outer.height()), fits))};
+}
+
+// The band lies below the axis title; what is above is the surface.
+void PlotWindow::ArrangeParts() {
+  const WindowSize layout = LayoutSize();
+  const int top = std::max(0, PixelsOf(layout.height - bandTop));
+  surface_->setGeometry(0, 0, area_->width(), top);
+  int y = top;
+  if (columnScroll_ != nullptr) {
+    const int left = PixelsOf(800), right = PixelsOf(layout.width - 415);
+    columnScroll_->setGeometry(left, y, std::max(1, right - left), columnScroll_->sizeHint().height());
+    y += columnScroll_->height();
+  }
+  band_->setGeometry(0, y, area_->width(), std::max(0, area_->height() - y));
+  if (rowScroll_ != nullptr) {
+    const int left = PixelsOf(layout.width - 415) + 4;
+    const int width = std::min(rowScroll_->sizeHint().width(), std::max(1, area_->width() - left));
+    rowScroll_->setGeometry(left, PixelsOf(300), width, std::max(1, PixelsOf(layout.height - 2350)));
+    rowScroll_->raise();
+  }
+}
+
+void PlotWindow::ShowReadOut(const ReadOut& at, QLabel* column, QLabel* value) {
+  surface_->SetPointsInside(at.inside);
+  if (!at.inside)
+    return;
+  column->setText(Shown(at.columnText));
+  value->setText(Shown(at.valueText));
+}
+
+void PlotWindow::AddReadOut(QLabel* label, const char* widest) {
+  label->setMinimumWidth(label->fontMetrics().horizontalAdvance(widest));
+}
+
+void PlotWindow::ShowHint(QLabel* hint, const QString& text) {
+  hint->setText(text);
+  hint->adjustSize();
+  hint->move(PixelsOf(800), PixelsOf(LayoutSize().height - 1790));
+}
+
+void PlotWindow::ScrollByWheel(const QWheelEvent* event, QScrollBar* bar) {
+  constexpr int notch = 120;
+  const QPoint turned = event->angleDelta();
+  wheelAngle_ += turned.y() != 0 ? turned.y() : turned.x();
+  const int notches = wheelAngle_ / notch;
+  wheelAngle_ -= notches * notch;
+  bar->setValue(bar->value() - notches * bar->singleStep());
+}
+
+QScrollBar* PlotWindow::AddColumnScroll(const char* name) {
+  columnScroll_ = new QScrollBar(Qt::Horizontal, area_);
+  columnScroll_->setObjectName(name);
+  columnScroll_->setFocusPolicy(Qt::StrongFocus);
+  return columnScroll_;
+}
+
+QScrollBar* PlotWindow::AddRowScroll(const char* name) {
+  rowScroll_ = new QScrollBar(Qt::Vertical, area_);
+  rowScroll_->setObjectName(name);
+  rowScroll_->setFocusPolicy(Qt::StrongFocus);
+  return rowScroll_;
+}
+
+void PlotWindow::closeEvent(QCloseEvent* event) {
+  Leaving();
+  Unloading();
+  Store(placement(), *this);
+  loaded_ = false;
+  event->accept();
+}
+
+void PlotWindow::moveEvent(QMoveEvent* event) {
+  QMainWindow::moveEvent(event);
+  if (isVisible() && event->spontaneous())
+    Store(placement(), *this);
+}
+
+bool PlotWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == area_ && event->type() == QEvent::Resize)
+    Resized();
+  return QMainWindow::eventFilter(watched, event);
+}
+
+void PlotWindow::Resized() {
+  if (!loaded_ || !isVisible() || Frame().plotBusy) {
+    ArrangeParts();
+    return;
+  }
+  Store(placement(), *this);
+  Redraw();
+}
+
+void ShowScrollBar(QScrollBar* bar, const ScrollBar& state) {
+  const QSignalBlocker silent(bar);
+  bar->setRange(state.min, std::max(state.min, state.max));
+  bar->setSingleStep(std::max(1, state.smallChange));
+  bar->setPageStep(std::max(1, state.largeChange));
+  bar->setValue(state.value);
+}
+
+}  // namespace halmek

@@ -1,0 +1,110 @@
+// What all plot windows share: layout, axis labels, the resize rule, the drawing and the read-outs.
+#pragma once
+
+#include <QMainWindow>
+#include <QScrollBar>
+
+#include "platform/control_band.h"
+#include "platform/controls.h"
+#include "platform/desk.h"
+#include "plot/plot_frame.h"
+#include "plot/plot_surface.h"
+#include "plot/scroll_bar.h"
+
+namespace halmek {
+
+// The plot stands on the surface above, the controls in a band below it. A window is loaded when it is first
+// shown and until its close box is used; its buttons only hide it.
+class PlotWindow : public QMainWindow, public View {
+ public:
+  ~PlotWindow() override;
+
+  // Shows the window with what the session holds, and brings it to the front. Returns false, with the window
+  // as it was, where there is nothing to draw.
+  bool Open();
+
+  void Refresh() override;
+
+  // The size by which the plot is laid out, in twips: the window's outer size; less where a tall menu bar or
+  // controls on several lines need the room.
+  WindowSize LayoutSize() const;
+
+ protected:
+  // `name` is the window's object name; `placement` is where the session keeps its place and size.
+  PlotWindow(Desk& desk, const char* name, SizedPlacement Settings::*placement);
+
+  Desk& desk() { return desk_; }
+  Session& session() { return desk_.session(); }
+  PlotSurface& surface() { return *surface_; }
+  ControlBand& band() { return *band_; }
+  QMenu* fileMenu() { return fileMenu_; }
+
+  // The drawing of what the session holds; nothing where it cannot be shown.
+  virtual std::optional<Drawing> Draw(WindowSize size) = 0;
+  virtual PlotFrame& Frame() = 0;
+
+  // Puts the controls to what the session holds. Called after each drawing.
+  virtual void ShowState() {}
+
+  // Whether the session still holds what the window shows. Called when the session has changed; the window
+  // closes where it does not.
+  virtual bool Follow() { return true; }
+
+  virtual void Loading() {}    // the window is loaded
+  virtual void Unloading() {}  // it is closed by its close box
+  virtual void Leaving() {}    // it is hidden or closed
+
+  virtual void PointTo(double x, double y) = 0;  // the mouse has moved, to a position in twips
+  virtual void ClickLeft(double, double) {}
+  virtual void ClickRight(double, double) {}
+  virtual void Wheel(QWheelEvent*) {}
+
+  // Draws anew.
+  void Redraw();
+
+  // Stores the window's place and hides it.
+  void Return();
+
+  // Shows a position's read-out in two labels, and the cross or the arrow.
+  void ShowReadOut(const ReadOut& at, QLabel* column, QLabel* value);
+
+  // Gives a read-out the room of the widest text that it shows.
+  static void AddReadOut(QLabel* label, const char* widest);
+
+  // A hint on the surface, on the line of the axis title.
+  void ShowHint(QLabel* hint, const QString& text);
+
+  // Moves a scroll bar by its small change for each notch of the wheel.
+  void ScrollByWheel(const QWheelEvent* event, QScrollBar* bar);
+
+  // A scroll bar across the band, under the plot.
+  QScrollBar* AddColumnScroll(const char* name);
+  // A scroll bar at the right edge, beside the plot.
+  QScrollBar* AddRowScroll(const char* name);
+
+  void closeEvent(QCloseEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void AddFileMenu();
+  void ArrangeParts();
+  void Resized();
+  SizedPlacement& placement() { return session().*placement_; }
+
+  Desk& desk_;
+  SizedPlacement Settings::*placement_;
+  QWidget* area_;  // everything below the menu bar
+  PlotSurface* surface_;
+  ControlBand* band_;
+  QScrollBar* columnScroll_ = nullptr;
+  QScrollBar* rowScroll_ = nullptr;
+  QMenu* fileMenu_ = nullptr;
+  bool loaded_ = false;
+  int wheelAngle_ = 0;  // turned since the last whole notch
+};
+
+// Puts a scroll bar to a state without telling its handler.
+void ShowScrollBar(QScrollBar* bar, const ScrollBar& state);
+
+}  // namespace halmek

@@ -1,0 +1,147 @@
+// The column slice's window.
+#include "reduce/column_slice_window.h"
+
+#include <QWheelEvent>
+
+#include "platform/text.h"
+#include "reduce/column_slice.h"
+#include "steps/clicks.h"
+
+namespace halmek {
+namespace {
+
+constexpr const char* markHint =
+    " Left-click to select range for aperture; Right-click to select each range for background fitting.";
+
+}  // namespace
+
+ColumnSliceWindow::ColumnSliceWindow(Desk& desk) : PlotWindow(desk, "frmPlot_Column", &Settings::plotColumn) {
+  AddScroll();
+  AddSelectionControls();
+  AddScaleControls();
+  AddReadOuts();
+  band().AddGroup({NewButton("Command4", "OK", [this] { Accept(); }),
+                   NewButton("Command5", "Cancel", [this] { Cancel(); })});
+  hint_ = surface().AddLabel("Label16", markHint);
+}
+
+void ColumnSliceWindow::AddScroll() {
+  columns_ = AddColumnScroll("HScroll1");
+  connect(columns_, &QScrollBar::valueChanged, this, [this](int value) {
+    session().slice.sliceColumn = value;
+    Redraw();
+  });
+}
+
+void ColumnSliceWindow::AddSelectionControls() {
+  QPushButton* const clearMarks = NewButton("Command1", "Clear", [this] {
+    ClearSelection(session());
+    desk().RefreshViews();
+  });
+  clearMarks->setToolTip("Drop the aperture and both background ranges");
+  band().AddGroup({NewLabel("Label15", "Apertures"), clearMarks});
+
+  power_ = new QComboBox;
+  power_->setObjectName("Combo1");
+  power_->addItems(
+      {"Power 0 - Median (Horiz.)", "Power 1 - Line with slope", "Power 2 - Parabolic", "Power 3 - Cubic"});
+  power_->setToolTip("What the background of each column is fitted by");
+  connect(power_, &QComboBox::activated, this,
+          [this](int index) { session().background.backgroundPower = index; });
+  QPushButton* const clearFit = NewButton("Command3", "Clear", [this] {
+    ClearBackgroundFit(session());
+    desk().RefreshViews();
+  });
+  clearFit->setToolTip("Drop the background fit");
+  band().AddGroup({power_, NewButton("Command2", "Fit Background", [this] { Fit(); }), clearFit});
+}
+
+void ColumnSliceWindow::AddScaleControls() {
+  fixedScale_ = new QRadioButton("Fixed");
+  fixedScale_->setObjectName("Option1");
+  fixedScale_->setToolTip("The same vertical scale for all columns");
+  autoScale_ = new QRadioButton("Auto");
+  autoScale_->setObjectName("Option2");
+  autoScale_->setToolTip("A vertical scale for each column");
+  for (QRadioButton* button : {fixedScale_, autoScale_})
+    connect(button, &QRadioButton::clicked, this, [this] {
+      session().slice.fixedScale = fixedScale_->isChecked();
+      Redraw();
+    });
+  band().AddGroup({NewLabel("Label11", "V.Scale:"), fixedScale_, autoScale_});
+}
+
+void ColumnSliceWindow::AddReadOuts() {
+  column_ = NewLabel("Label13", {});
+  row_ = NewLabel("Label7", {});
+  value_ = NewLabel("Label10", {});
+  AddReadOut(column_, "0000");
+  AddReadOut(row_, "000000");
+  AddReadOut(value_, "00000000.00");
+  band().AddGroup({NewLabel("Label12", "Col"), column_, NewLabel("Label5", "Row"), row_,
+                   NewLabel("Label9", "Pix val."), value_});
+  marks_ = NewLabel("labelMarks", {});
+  AddReadOut(marks_, "Aperture 000 to 000   Background 000 to 000, 000 to 000");
+  band().AddGroup({marks_});
+}
+
+std::optional<Drawing> ColumnSliceWindow::Draw(WindowSize size) { return DrawColumnPlot(session(), size); }
+
+void ColumnSliceWindow::ShowState() {
+  const Session& s = session();
+  ShowScrollBar(
+      columns_,
+      {.min = 1, .max = Columns(s), .value = s.slice.sliceColumn, .smallChange = 1, .largeChange = 10});
+  column_->setText(QString::number(s.slice.sliceColumn));
+  power_->setCurrentIndex(s.background.backgroundPower);
+  fixedScale_->setChecked(s.slice.fixedScale);
+  autoScale_->setChecked(!s.slice.fixedScale);
+  marks_->setText(Shown(MarksText(s.slice)));
+  ShowHint(hint_, markHint);
+}
+
+bool ColumnSliceWindow::Follow() {
+  Session& s = session();
+  if (!s.workflow.sliceEnabled)
+    return false;
+  if (s.slice.sliceColumn > Columns(s))
+    OpenColumnPlot(s);
+  return true;
+}
+
+void ColumnSliceWindow::PointTo(double x, double y) {
+  ShowReadOut(ReadOutSlice(session(), x, y), row_, value_);
+}
+
+void ColumnSliceWindow::ClickLeft(double x, double y) {
+  ClickForAperture(session(), x, y);
+  Redraw();
+}
+
+void ColumnSliceWindow::ClickRight(double x, double y) {
+  ClickForBackground(session(), x, y);
+  Redraw();
+}
+
+void ColumnSliceWindow::Wheel(QWheelEvent* event) { ScrollByWheel(event, columns_); }
+
+void ColumnSliceWindow::Fit() {
+  std::vector<Step> steps;
+  if (desk().Try(this, [&] { steps = BackgroundSteps(session()); }))
+    desk().Do(this, steps);
+}
+
+void ColumnSliceWindow::Accept() {
+  if (!desk().Try(this, [this] { AcceptBackground(session()); }))
+    return;
+  desk().RefreshViews();
+  Return();
+}
+
+void ColumnSliceWindow::Cancel() {
+  CancelBackground(session());
+  desk().RefreshViews();
+  Return();
+}
+
+}  // namespace halmek

@@ -1,0 +1,162 @@
+// The row plot's window.
+#include "reduce/row_plot_window.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QMenuBar>
+#include <QWheelEvent>
+
+#include "files/whole_number.h"
+#include "platform/text.h"
+#include "reduce/row_plot.h"
+#include "reduce/zap.h"
+#include "steps/clicks.h"
+
+namespace halmek {
+
+RowPlotWindow::RowPlotWindow(Desk& desk) : PlotWindow(desk, "frmPlot_Row", &Settings::plotRow) {
+  AddOptionsMenu();
+  AddControls();
+}
+
+void RowPlotWindow::AddOptionsMenu() {
+  QMenu* const options = menuBar()->addMenu("Options");
+  options->setObjectName("mOptions");
+  fullRowAfterZap_ = options->addAction("Full Row after Zap");
+  fullRowAfterZap_->setObjectName("mRestoreAfterZap");
+  fullRowAfterZap_->setCheckable(true);
+  connect(fullRowAfterZap_, &QAction::triggered, this,
+          [this](bool checked) { session().restoreAfterZap = checked ? -1 : 0; });
+}
+
+void RowPlotWindow::AddControls() {
+  rows_ = AddRowScroll("VScroll1");
+  connect(rows_, &QScrollBar::valueChanged, this, [this](int value) {
+    ScrollRows(session().rowPlot, value, Rows(session()));
+    Redraw();
+  });
+  columns_ = AddColumnScroll("HScroll1");
+  connect(columns_, &QScrollBar::valueChanged, this, [this](int value) {
+    ScrollColumns(session().rowPlot, value, Columns(session()));
+    Redraw();
+  });
+  const auto zoomButton = [this](const char* name, const char* caption, void (*zoom)(RowPlot&, int)) {
+    return NewButton(name, caption, [this, zoom] {
+      zoom(session().rowPlot, Columns(session()));
+      Redraw();
+    });
+  };
+  QPushButton* const deselect = NewButton("Command5", "Deselect", [this] {
+    Deselect(session().rowPlot);
+    Redraw();
+  });
+  neighbours_ = new EntryBox("Text1");
+  neighbours_->setText(QString::number(session().rowPlot.zapNeighbours));
+  neighbours_->setFixedWidth(neighbours_->fontMetrics().horizontalAdvance("000000"));
+  neighbours_->setToolTip("How many pixels on each side of the selection are averaged");
+  QLabel* const meanOf = NewLabel("Label14", "Mean of ..");
+  meanOf->setToolTip(neighbours_->toolTip());
+  QPushButton* const undo = NewButton("Command6", "Undo", [this] { Undo(); });
+  undo->setToolTip("Put back the pixels of the last zap");
+  deselect->setToolTip("Drop the pixels selected and a zoom begun");
+
+  hint_ = surface().AddLabel("Label16", rowPlotHint);
+  row_ = NewLabel("Label7", {});
+  column_ = NewLabel("Label13", {});
+  value_ = NewLabel("Label10", {});
+  AddReadOut(row_, "00000");
+  AddReadOut(column_, "000000");
+  AddReadOut(value_, "00000000.00");
+  band().AddGroup({NewLabel("Label11", "Zoom"), zoomButton("Command1", "IN", &ZoomIn),
+                   zoomButton("Command2", "Out", &ZoomOut),
+                   zoomButton("Command3", "Full row", &ShowFullRow)});
+  band().AddGroup(
+      {NewButton("Command4", "ZAP!", [this] { ZapSelection(); }), meanOf, neighbours_, deselect, undo});
+  band().AddGroup({NewLabel("Label5", "Row"), row_, NewLabel("Label12", "Col"), column_,
+                   NewLabel("Label9", "Pix val."), value_});
+  band().AddGroup({NewButton("Command7", "Return", [this] { Return(); })});
+}
+
+std::optional<Drawing> RowPlotWindow::Draw(WindowSize size) {
+  if (keepsScale_)
+    return RepaintRowPlot(session(), size);
+  RowPlot& plot = session().rowPlot;
+  auto drawing = DrawRowPlot(session(), size);
+  if (drawing || plot.lastDrawnRow == 0 || Columns(session()) <= 1)
+    return drawing;
+  // The last row that could be drawn stays, beside the reason.
+  const std::string reason = plot.hint;
+  drawing = DrawRowPlot(session(), size);
+  plot.hint = reason;
+  return drawing;
+}
+
+void RowPlotWindow::ShowState() {
+  const RowPlot& plot = session().rowPlot;
+  ShowScrollBar(columns_, plot.columnScroll);
+  ShowScrollBar(rows_, plot.rowScroll);
+  row_->setText(QString::number(plot.plotRow));
+  fullRowAfterZap_->setChecked(session().restoreAfterZap != 0);
+  ShowHint(hint_, Shown(plot.hint));
+}
+
+bool RowPlotWindow::Follow() {
+  Session& s = session();
+  if (!s.workflow.fixTraceEnabled)
+    return false;
+  if (s.rowPlot.lastDrawnRow != 0)
+    return true;
+  // Another frame has come, or this one was trimmed.
+  OpenRowPlot(s, std::min(s.rowPlot.plotRow, Rows(s)));
+  return DrawRowPlot(s, LayoutSize()).has_value();
+}
+
+void RowPlotWindow::Leaving() { ClearZapSelection(session().rowPlot); }
+
+void RowPlotWindow::PointTo(double x, double y) { ShowReadOut(ReadOutRow(Frame(), x, y), column_, value_); }
+
+void RowPlotWindow::ClickLeft(double x, double y) {
+  if (!IsInside(Frame(), x, y))
+    return;
+  ClickForZoom(session(), x);
+  Redraw();
+}
+
+void RowPlotWindow::ClickRight(double x, double y) {
+  if (!IsInside(Frame(), x, y))
+    return;
+  ClickForZap(session(), x);
+  Redraw();
+}
+
+void RowPlotWindow::Wheel(QWheelEvent* event) {
+  ScrollByWheel(event, event->modifiers() & Qt::ShiftModifier ? columns_ : rows_);
+}
+
+void RowPlotWindow::ZapSelection() {
+  if (!session().rowPlot.zapSelected)
+    return;
+  int neighbours = 0;
+  if (!desk().Try(this, [&] { neighbours = NeighboursFor(WholeNumber(Typed(neighbours_->text()))); }))
+    return;
+  neighbours_->setText(QString::number(neighbours));
+  if (desk().Do(this, ZapStep(session(), neighbours)) && session().restoreAfterZap != 0) {
+    ShowFullRow(session().rowPlot, Columns(session()));
+    Redraw();
+  }
+}
+
+void RowPlotWindow::Undo() {
+  const RowPlot& plot = session().rowPlot;
+  if (plot.undoRow == 0) {
+    ClearZapSelection(session().rowPlot);
+    Redraw();
+    return;
+  }
+  // On the row that is shown the scale stays, so that one sees what has come back.
+  keepsScale_ = plot.undoRow == plot.plotRow;
+  desk().Do(this, steps::UndoZap{});
+  keepsScale_ = false;
+}
+
+}  // namespace halmek

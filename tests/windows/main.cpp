@@ -1,0 +1,24 @@
+// The tests of the windows: real ones, on a screen that exists only in memory.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <cstdio>
+
+namespace {
+
+// A screen in memory stacks no windows, which Qt remarks on every time.
+void PrintUnlessRemark(QtMsgType, const QMessageLogContext&, const QString& text) {
+  if (!text.startsWith("This plugin does not support"))
+    std::fprintf(stderr, "%s\n", qPrintable(text));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+  qInstallMessageHandler(PrintUnlessRemark);
+  const QApplication application(argc, argv);
+  testing::InitGoogleTest(&argc, argv);
+  return RUN_ALL_TESTS();
+}
