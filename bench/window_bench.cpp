@@ -1,14 +1,20 @@
 // Redrawing plots of 3000 pixels on a 3840 x 2160 screen, beside what Qt's own polyline takes for the curve
 // alone.
 #include <benchmark/benchmark.h>
+#include <unistd.h>
 
 #include <QApplication>
 #include <QImage>
 #include <QPainter>
+#include <QScrollBar>
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <random>
 
+#include "app/main_window.h"
 #include "app/session.h"
+#include "fits/header.h"
 #include "plot/painting.h"
 #include "reduce/continuum.h"
 #include "reduce/row_plot.h"
@@ -87,6 +93,97 @@ void QtPolylineOfTheSameCurve(benchmark::State& state) {
   }
 }
 BENCHMARK(QtPolylineOfTheSameCurve)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
+
+class NoPlatform : public Platform {
+ public:
+  void Show(QWidget*, const Message&) override {}
+  void SetBusy(QWidget*, bool) override {}
+  std::optional<std::string> FileToOpen(QWidget*, const FileQuestion&) override { return {}; }
+  std::optional<std::string> FileToSave(QWidget*, const FileQuestion&) override { return {}; }
+};
+
+// The program's windows in a folder of their own, which holds large.fts, 3000 x 500 pixels of 16 bits.
+class Windows {
+ public:
+  Windows() {
+    std::filesystem::create_directories(folder_);
+    session_->dataFolder = folder_.string();
+    session_->settingsPath = (folder_ / "Halmek8.ini").string();
+    WriteFrame();
+    main_.Open();
+    Load();
+  }
+  ~Windows() { std::filesystem::remove_all(folder_); }
+
+  // Loads the frame, and paints what has changed.
+  void Load() {
+    main_.actions().LoadFrameFrom("large.fts");
+    QApplication::processEvents();
+  }
+
+  // The row plot, over a screen of that size.
+  QWidget* OpenRowPlot(QSize size = {screenWidth, screenHeight}) {
+    main_.actions().FixTrace("250");
+    for (QWidget* window : QApplication::topLevelWidgets())
+      if (window->objectName() == "frmPlot_Row") {
+        window->resize(size);
+        QApplication::processEvents();
+        return window;
+      }
+    return nullptr;
+  }
+
+ private:
+  void WriteFrame() {
+    FitsHeader header;
+    for (const std::string& card :
+         {NumberCard("SIMPLE", "T", " /"), NumberCard("BITPIX", "16", " /"), NumberCard("NAXIS", "2", " /"),
+          NumberCard("NAXIS1", std::to_string(columns), " /"), NumberCard("NAXIS2", "500", " /")})
+      AppendCard(header, card);
+    PadCards(header);
+    std::string bytes = HeaderBytes(header);
+    std::mt19937 random(7);
+    for (int i = 0; i < 500 * columns; ++i) {
+      const int value = static_cast<int>(Rough(random) / 2) + 100;
+      bytes += static_cast<char>(value >> 8);
+      bytes += static_cast<char>(value);
+    }
+    std::ofstream(folder_ / "large.fts", std::ios::binary) << bytes;
+  }
+
+  std::filesystem::path folder_ =
+      std::filesystem::temp_directory_path() / ("halmek-bench-" + std::to_string(getpid()));
+  std::unique_ptr<Session> session_ = std::make_unique<Session>();
+  NoPlatform platform_;
+  Desk desk_{*session_, platform_};
+  MainWindow main_{desk_};
+};
+
+void LoadAtTheScreen(benchmark::State& state) {
+  Windows windows;
+  for (auto _ : state)
+    windows.Load();
+}
+BENCHMARK(LoadAtTheScreen)->Unit(benchmark::kMillisecond);
+
+void LoadUnderAnOpenPlot(benchmark::State& state) {
+  Windows windows;
+  windows.OpenRowPlot();
+  for (auto _ : state)
+    windows.Load();
+}
+BENCHMARK(LoadUnderAnOpenPlot)->Unit(benchmark::kMillisecond);
+
+void ScrollByARow(benchmark::State& state) {
+  Windows windows;
+  const QSize size(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));
+  auto* const rows = windows.OpenRowPlot(size)->findChild<QScrollBar*>("VScroll1");
+  for (auto _ : state) {
+    rows->setValue(rows->value() % 400 + 1);
+    QApplication::processEvents();
+  }
+}
+BENCHMARK(ScrollByARow)->Args({1920, 1080})->Args({screenWidth, screenHeight})->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace halmek
