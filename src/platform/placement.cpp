@@ -47,6 +47,19 @@ QSize InnerSize(const QSize& outer) {
           std::max(1, outer.height() - frame.top() - frame.bottom())};
 }
 
+// Where a window stands that was put at `placement`.
+QRect SeenPlace(const WindowPlacement& placement, const QWidget& window) {
+  return InSight(
+      {QPoint(PixelsOf(placement.left), PixelsOf(placement.top)), window.size().grownBy(FrameMargins())},
+      Screens());
+}
+
+QRect SeenPlace(const SizedPlacement& placement) {
+  return InSight({PixelsOf(placement.left), PixelsOf(placement.top), std::max(1, PixelsOf(placement.width)),
+                  std::max(1, PixelsOf(placement.height))},
+                 Screens());
+}
+
 }  // namespace
 
 QMargins FrameMargins() {
@@ -65,29 +78,28 @@ QMargins FrameMargins() {
 }
 
 void Place(QWidget& window, const WindowPlacement& placement) {
-  const QRect outer(QPoint(PixelsOf(placement.left), PixelsOf(placement.top)),
-                    window.size().grownBy(FrameMargins()));
-  window.move(InSight(outer, Screens()).topLeft());
+  window.move(SeenPlace(placement, window).topLeft());
 }
 
 void Place(QWidget& window, const SizedPlacement& placement) {
-  const QRect outer =
-      InSight({PixelsOf(placement.left), PixelsOf(placement.top), std::max(1, PixelsOf(placement.width)),
-               std::max(1, PixelsOf(placement.height))},
-              Screens());
+  const QRect outer = SeenPlace(placement);
   window.resize(InnerSize(outer.size()));
   window.move(outer.topLeft());
 }
 
 void Store(WindowPlacement& placement, const QWidget& window) {
+  if (window.pos() == SeenPlace(placement, window).topLeft())
+    return;
   placement.left = TwipsAt(window.x(), placement.left);
   placement.top = TwipsAt(window.y(), placement.top);
 }
 
 void Store(SizedPlacement& placement, const QWidget& window) {
-  const QSize outer = window.size().grownBy(FrameMargins());
-  placement = {.left = TwipsAt(window.x(), placement.left),
-               .top = TwipsAt(window.y(), placement.top),
+  const QRect outer(window.pos(), window.size().grownBy(FrameMargins()));
+  if (outer == SeenPlace(placement))
+    return;
+  placement = {.left = TwipsAt(outer.x(), placement.left),
+               .top = TwipsAt(outer.y(), placement.top),
                .width = TwipsAt(outer.width(), placement.width),
                .height = TwipsAt(outer.height(), placement.height)};
 }
@@ -115,7 +127,9 @@ void FixOuterSize(QWidget& window, int width, int height) {
 }
 
 void SetLeastOuterSize(QWidget& window, int width, int height) {
-  window.setMinimumSize(InnerSize({PixelsOf(width), PixelsOf(height)}));
+  // Where the text is larger than the screen has room for, the controls need more.
+  const QSize least = InnerSize({PixelsOf(width), PixelsOf(height)});
+  window.setMinimumSize(least.expandedTo(window.minimumSizeHint()));
 }
 
 }  // namespace halmek

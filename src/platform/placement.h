@@ -18,7 +18,8 @@ QMargins FrameMargins();
 void Place(QWidget& window, const WindowPlacement& placement);
 void Place(QWidget& window, const SizedPlacement& placement);
 
-// Stores where the window stands. What has not been moved keeps its place to the twip.
+// Stores where the window stands. One that still stands where it was put keeps its place to the twip, also
+// where a smaller screen made it smaller.
 void Store(WindowPlacement& placement, const QWidget& window);
 void Store(SizedPlacement& placement, const QWidget& window);
 

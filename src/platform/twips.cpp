@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QFontInfo>
+#include <QScreen>
 #include <algorithm>
 #include <cmath>
 
@@ -10,8 +11,15 @@ namespace halmek {
 
 double PixelsPerTwip() {
   constexpr double twipsPerPixel = 15, usualTextPixels = 12;
+  // The main window, the largest that cannot be made smaller, must still fit on the screen.
+  constexpr double largestWidth = 10920, largestHeight = 7950;
   const double textPixels = QFontInfo(QApplication::font()).pixelSize();
-  return std::max(1.0, textPixels / usualTextPixels) / twipsPerPixel;
+  double pixelsPerTwip = textPixels / usualTextPixels / twipsPerPixel;
+  if (const QScreen* const screen = QGuiApplication::primaryScreen()) {
+    const QSizeF room = screen->availableSize();
+    pixelsPerTwip = std::min({pixelsPerTwip, room.width() / largestWidth, room.height() / largestHeight});
+  }
+  return std::max(1 / twipsPerPixel, pixelsPerTwip);
 }
 
 int PixelsOf(double twips) { return static_cast<int>(std::lround(twips * PixelsPerTwip())); }

@@ -13,7 +13,7 @@ namespace halmek {
 namespace {
 
 constexpr std::string_view spacingLabel = "Label8";
-constexpr float valueLabelsWidth = 740;  // twips at the left edge, up to the plot area
+constexpr float valueLabelsEnd = 585;  // twips, left of where the first number of the lower axis begins
 
 }  // namespace
 
@@ -66,11 +66,10 @@ void PlotSurface::ShowTexts() {
     QLabel* const label = LabelNamed(text->control);
     label->setText(Shown(text->text));
     label->adjustSize();
-    // The values of the left axis end beside it.
+    // The values of the left axis end in one line, where they are not too long.
     const bool isValue = text->topLeft.x == 0;
-    label->move(
-        isValue ? std::max(0, PixelsOf(valueLabelsWidth) - label->width()) : PixelsOf(text->topLeft.x),
-        PixelsOf(text->topLeft.y));
+    label->move(isValue ? std::max(0, PixelsOf(valueLabelsEnd) - label->width()) : PixelsOf(text->topLeft.x),
+                PixelsOf(text->topLeft.y));
     label->show();
   }
 }

