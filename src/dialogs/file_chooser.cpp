@@ -149,7 +149,12 @@ QLayout* FileChooser::NewOptions() {
 
 void FileChooser::Connect() {
   connect(nameBox_, &QLineEdit::textChanged, this, [this] { TakeTypedName(); });
-  connect(patternBox_, &QComboBox::currentIndexChanged, this, [this] { ShowFiles(); });
+  connect(patternBox_, &QComboBox::currentIndexChanged, this, [this] {
+    ShowFiles();
+    // A name to load is offered where there is none; one to save would be a file to replace.
+    if (name_.empty() && !kind_.saves && !files_.empty())
+      SetName(files_.front());
+  });
   connect(fileList_, &QListWidget::itemSelectionChanged, this, [this] {
     if (!fileList_->selectedItems().isEmpty())
       SetName(files_[fileList_->currentRow()]);

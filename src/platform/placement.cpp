@@ -41,17 +41,26 @@ int16_t TwipsAt(int pixels, int16_t before) {
   return static_cast<int16_t>(std::clamp<double>(twips, INT16_MIN, INT16_MAX));
 }
 
-QSize InnerSize(const QSize& outer) {
-  const QMargins frame = FrameMargins();
+// The frame around a window that is shown; none before.
+QMargins OwnMargins(const QWidget& window) {
+  if (!window.isVisible() || window.windowType() != Qt::Window)
+    return {};
+  const QRect outer = window.frameGeometry(), inner = window.geometry();
+  return {inner.left() - outer.left(), inner.top() - outer.top(), outer.right() - inner.right(),
+          outer.bottom() - inner.bottom()};
+}
+
+QSize InnerSize(const QSize& outer, const QWidget& window) {
+  const QMargins frame = FrameMargins(window);
   return {std::max(1, outer.width() - frame.left() - frame.right()),
           std::max(1, outer.height() - frame.top() - frame.bottom())};
 }
 
 // Where a window stands that was put at `placement`.
 QRect SeenPlace(const WindowPlacement& placement, const QWidget& window) {
-  return InSight(
-      {QPoint(PixelsOf(placement.left), PixelsOf(placement.top)), window.size().grownBy(FrameMargins())},
-      Screens());
+  return InSight({QPoint(PixelsOf(placement.left), PixelsOf(placement.top)),
+                  window.size().grownBy(FrameMargins(window))},
+                 Screens());
 }
 
 QRect SeenPlace(const SizedPlacement& placement) {
@@ -62,18 +71,15 @@ QRect SeenPlace(const SizedPlacement& placement) {
 
 }  // namespace
 
-QMargins FrameMargins() {
-  // Every window of the program gets the same frame; those on the screen tell how wide it is.
+QMargins FrameMargins(const QWidget& window) {
+  if (const QMargins own = OwnMargins(window); !own.isNull())
+    return own;
+  // Some desktops draw less around a window that cannot be resized.
   static QMargins known;
-  for (const QWidget* window : QApplication::topLevelWidgets()) {
-    if (!window->isVisible() || window->windowType() != Qt::Window)
-      continue;
-    const QRect outer = window->frameGeometry(), inner = window->geometry();
-    const QMargins margins(inner.left() - outer.left(), inner.top() - outer.top(),
-                           outer.right() - inner.right(), outer.bottom() - inner.bottom());
-    if (!margins.isNull())
+  for (const QWidget* other : QApplication::topLevelWidgets())
+    if (const QMargins margins = OwnMargins(*other);
+        !margins.isNull() && (known.isNull() || other->minimumSize() != other->maximumSize()))
       known = margins;
-  }
   return known;
 }
 
@@ -82,9 +88,12 @@ void Place(QWidget& window, const WindowPlacement& placement) {
 }
 
 void Place(QWidget& window, const SizedPlacement& placement) {
-  const QRect outer = SeenPlace(placement);
-  window.resize(InnerSize(outer.size()));
-  window.move(outer.topLeft());
+  PlaceSize(window, placement);
+  window.move(SeenPlace(placement).topLeft());
+}
+
+void PlaceSize(QWidget& window, const SizedPlacement& placement) {
+  window.resize(InnerSize(SeenPlace(placement).size(), window));
 }
 
 void Store(WindowPlacement& placement, const QWidget& window) {
@@ -95,7 +104,7 @@ void Store(WindowPlacement& placement, const QWidget& window) {
 }
 
 void Store(SizedPlacement& placement, const QWidget& window) {
-  const QRect outer(window.pos(), window.size().grownBy(FrameMargins()));
+  const QRect outer(window.pos(), window.size().grownBy(FrameMargins(window)));
   if (outer == SeenPlace(placement))
     return;
   placement = {.left = TwipsAt(outer.x(), placement.left),
@@ -123,12 +132,12 @@ QRect InSight(const QRect& outer, const QList<QRect>& screens) {
 }
 
 void FixOuterSize(QWidget& window, int width, int height) {
-  window.setFixedSize(InnerSize({PixelsOf(width), PixelsOf(height)}));
+  window.setFixedSize(InnerSize({PixelsOf(width), PixelsOf(height)}, window));
 }
 
 void SetLeastOuterSize(QWidget& window, int width, int height) {
   // Where the text is larger than the screen has room for, the controls need more.
-  const QSize least = InnerSize({PixelsOf(width), PixelsOf(height)});
+  const QSize least = InnerSize({PixelsOf(width), PixelsOf(height)}, window);
   window.setMinimumSize(least.expandedTo(window.minimumSizeHint()));
 }
 

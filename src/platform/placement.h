@@ -10,13 +10,17 @@
 
 namespace halmek {
 
-// The frame that the desktop draws around windows, as known since the first was shown.
-QMargins FrameMargins();
+// The frame that the desktop draws around a window: its own where it is shown, otherwise that of others that
+// are; none where no window is shown yet.
+QMargins FrameMargins(const QWidget& window);
 
 // Puts a window, and with a size sizes it, border and title bar included. One that would be out of sight is
 // moved back into it, and made no larger than its screen.
 void Place(QWidget& window, const WindowPlacement& placement);
 void Place(QWidget& window, const SizedPlacement& placement);
+
+// Sizes it only, once the width of its own frame is known.
+void PlaceSize(QWidget& window, const SizedPlacement& placement);
 
 // Stores where the window stands. One that still stands where it was put keeps its place to the twip, also
 // where a smaller screen made it smaller.

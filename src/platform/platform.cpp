@@ -5,20 +5,30 @@
 #include <QMessageBox>
 
 #include "platform/text.h"
+#include "platform/twips.h"
 
 namespace halmek {
 namespace {
 
-std::optional<std::string> Answer(const QString& file) {
-  return file.isEmpty() ? std::nullopt : std::optional(Typed(file));
+// A detail as a sentence.
+QString Sentence(const std::string& detail) {
+  QString text = Shown(detail);
+  if (text.isEmpty())
+    return text;
+  text[0] = text[0].toUpper();
+  return text.endsWith('.') ? text : text + '.';
 }
 
-QString StartOf(const FileQuestion& question) {
-  return QFile::decodeName((question.folder + "/" + question.name).c_str());
-}
-
-QString FilterOf(const FileQuestion& question) {
-  return Shown(question.pattern) + " (" + Shown(question.pattern) + ");;*";
+std::optional<std::string> Ask(QWidget* over, const FileQuestion& question, QFileDialog::AcceptMode mode) {
+  QFileDialog dialog(over, Shown(question.title), QFile::decodeName(question.folder.c_str()));
+  dialog.setAcceptMode(mode);
+  dialog.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+  dialog.setNameFilters({Shown(question.pattern), "*"});
+  dialog.selectFile(QFile::decodeName(question.name.c_str()));
+  dialog.resize(PixelsOf(12000), PixelsOf(6500));
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+    return std::nullopt;
+  return Typed(dialog.selectedFiles().front());
 }
 
 }  // namespace
@@ -27,8 +37,9 @@ void QtPlatform::Show(QWidget* over, const Message& message) {
   QMessageBox box(over);
   box.setWindowTitle("Halmek");
   box.setTextFormat(Qt::PlainText);
+  box.setIcon(QMessageBox::Information);
   box.setText(Shown(message.text));
-  box.setInformativeText(Shown(message.detail));
+  box.setInformativeText(Sentence(message.detail));
   box.setStandardButtons(QMessageBox::Ok);
   box.exec();
 }
@@ -41,13 +52,11 @@ void QtPlatform::SetBusy(QWidget* window, bool busy) {
 }
 
 std::optional<std::string> QtPlatform::FileToOpen(QWidget* over, const FileQuestion& question) {
-  return Answer(
-      QFileDialog::getOpenFileName(over, Shown(question.title), StartOf(question), FilterOf(question)));
+  return Ask(over, question, QFileDialog::AcceptOpen);
 }
 
 std::optional<std::string> QtPlatform::FileToSave(QWidget* over, const FileQuestion& question) {
-  return Answer(
-      QFileDialog::getSaveFileName(over, Shown(question.title), StartOf(question), FilterOf(question)));
+  return Ask(over, question, QFileDialog::AcceptSave);
 }
 
 }  // namespace halmek

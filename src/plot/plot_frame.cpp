@@ -28,6 +28,12 @@ std::string FirstCharacters(const std::string& text, int count) {
   return text.substr(0, std::max(static_cast<size_t>(count), std::min(text.find('.'), text.size())));
 }
 
+// A number of the left axis. In so few characters the exponent form of FormatFixed would keep no digit.
+std::string ValueLabel(float tick, int width, int decimals) {
+  std::string text = FormatFixed(tick, width, decimals);
+  return text.find('D') == std::string::npos ? text : GeneralText(tick);
+}
+
 void DrawVerticalGrid(Drawing& drawing, const PlotFrame& f, const Ticks& ticks) {
   const float top = Twips(f.plotTop), bottom = Twips(f.plotBottom);
   for (float tick : ticks.values) {
@@ -73,7 +79,7 @@ void DrawYLabels(Drawing& drawing, const PlotFrame& f, const Ticks& ticks, const
     return;
   const auto label = [&](float tick, int width, std::string_view control) {
     drawing.Add(
-        Text{{0, Twips(ScreenY(f, tick) - 100)}, FormatFixed(tick, width, style.labelDecimals), control});
+        Text{{0, Twips(ScreenY(f, tick) - 100)}, ValueLabel(tick, width, style.labelDecimals), control});
   };
   label(ticks.values.back(), style.upperLabelWidth, "Label3");
   label(ticks.values.front(), style.lowerLabelWidth, "Label4");

@@ -54,6 +54,7 @@ void PlotWindow::AddFileMenu() {
 bool PlotWindow::Open() {
   const bool opens = !std::exchange(loaded_, true);
   if (opens) {
+    framed_ = false;
     Loading();
     Place(*this, placement());
     ArrangeParts();
@@ -100,7 +101,7 @@ void PlotWindow::Return() {
 }
 
 WindowSize PlotWindow::LayoutSize() const {
-  const QSize outer = size().grownBy(FrameMargins());
+  const QSize outer = size().grownBy(FrameMargins(*this));
   const int columnScroll = columnScroll_ == nullptr ? 0 : columnScroll_->sizeHint().height();
   const int bandHeight = band_->HeightFor(area_->width()) + columnScroll;
   const double fits = TwipsOf(area_->height() - bandHeight) + bandTop;
@@ -179,8 +180,12 @@ void PlotWindow::closeEvent(QCloseEvent* event) {
 
 void PlotWindow::moveEvent(QMoveEvent* event) {
   QMainWindow::moveEvent(event);
-  if (isVisible() && event->spontaneous())
-    Store(placement(), *this);
+  if (!isVisible() || !event->spontaneous())
+    return;
+  // The first move is the desktop's own, into the frame that it has drawn: only now is its width known.
+  if (!std::exchange(framed_, true))
+    PlaceSize(*this, placement());
+  Store(placement(), *this);
 }
 
 bool PlotWindow::eventFilter(QObject* watched, QEvent* event) {

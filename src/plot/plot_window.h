@@ -101,6 +101,7 @@ class PlotWindow : public QMainWindow, public View {
   QScrollBar* rowScroll_ = nullptr;
   QMenu* fileMenu_ = nullptr;
   bool loaded_ = false;
+  bool framed_ = false;  // the desktop has put the window into its frame
   int wheelAngle_ = 0;  // turned since the last whole notch
 };
 

@@ -73,8 +73,8 @@ void RowPlotWindow::AddControls() {
   band().AddGroup(
       {NewButton("Command4", "ZAP!", [this] { ZapSelection(); }), meanOf, neighbours_, deselect, undo});
   band().AddGroup({NewLabel("Label5", "Row"), row_, NewLabel("Label12", "Col"), column_,
-                   NewLabel("Label9", "Pix val."), value_});
-  band().AddGroup({NewButton("Command7", "Return", [this] { Return(); })});
+                   NewLabel("Label9", "Pix val."), value_,
+                   NewButton("Command7", "Return", [this] { Return(); })});
 }
 
 std::optional<Drawing> RowPlotWindow::Draw(WindowSize size) {
