@@ -1,10 +1,12 @@
 // The door of the windows.
 #include "platform/desk.h"
 
+#include <algorithm>
 #include <new>
 #include <optional>
 
 #include "steps/perform.h"
+#include "steps/step_text.h"
 
 namespace halmek {
 namespace {
@@ -21,6 +23,13 @@ std::optional<Message> FailureOf(const std::function<void()>& action) {
   return std::nullopt;
 }
 
+// Adds to the detail of a message which file it is about.
+void NameFile(Message& message, const std::string& file) {
+  if (file.empty())
+    return;
+  message.detail += (message.detail.empty() ? "the file is \"" : "; the file is \"") + file + "\"";
+}
+
 std::string Joined(const Warnings& warnings) {
   std::string text;
   for (const std::string& warning : warnings)
@@ -32,14 +41,18 @@ std::string Joined(const Warnings& warnings) {
 
 bool Desk::Do(QWidget* over, const std::vector<Step>& steps) {
   Warnings warnings;
-  const auto failure = [&] {
+  std::optional<Message> failure;
+  {
     const BusyPointer busy(*this);
-    return FailureOf([&] {
-      for (const Step& step : steps)
-        for (std::string& warning : Perform(session_, step).warnings)
+    for (size_t i = 0; i < steps.size() && !failure; ++i) {
+      failure = FailureOf([&] {
+        for (std::string& warning : Perform(session_, steps[i]).warnings)
           warnings.push_back(std::move(warning));
-    });
-  }();
+      });
+      if (failure)
+        NameFile(*failure, FileOf(steps[i]));
+    }
+  }
   // What stands on the screen is right before a box asks to be read.
   RefreshViews();
   if (failure)

@@ -4,7 +4,8 @@
 # ImageMagick.
 #
 # The caller sets `scratch`, a folder of its own, whose file `output` is what the program writes, and `pictures`, the
-# folder of the screenshots. Positions are in pixels of a window's client area; a negative one counts from its right or lower edge.
+# folder of the screenshots. Positions are in pixels of a window's client area; a negative one counts from its right
+# or lower edge.
 
 readonly longestWait=20   # seconds until an effect is given up
 readonly tick=0.05        # seconds between two looks
