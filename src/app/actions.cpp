@@ -131,10 +131,8 @@ void Actions::Normalize() { Made(continuum_, desk_).Open(); }
 void Actions::SaveSpectrum() {
   session().currentSlot = slots::spectrum;
   Chooser(choosers::saveData)
-      .Open({.what = "spectrum",
-             .title = "Save 1-D Fits File",
-             .pattern = 0,
-             .name = BaseName(session().slot[slots::frame].fileName) + "_1D.fts"});
+      .Open(
+          {.what = "spectrum", .title = "Save 1-D Fits File", .pattern = 0, .name = SpectrumName(session())});
 }
 
 void Actions::ChooseArcCount(int count) { desk_.Do(mainWindow_, steps::Arcs{count}); }
@@ -152,7 +150,7 @@ void Actions::SaveCalibrated() {
       .Open({.what = "object",
              .title = "Save Calibrated 1-D Program File",
              .pattern = 0,
-             .name = BaseName(session().slot[slots::object].fileName) + "cal.fts"});
+             .name = BaseName(DataName(session().slot[slots::object])) + "cal.fts"});
 }
 
 bool Actions::HasFrame() {
@@ -165,7 +163,7 @@ bool Actions::HasFrame() {
 void Actions::Save() {
   if (HasFrame())
     desk_.Do(mainWindow_,
-             steps::Save{"frame", BaseName(session().slot[slots::frame].fileName) + ".fts", -32});
+             steps::Save{"frame", BaseName(DataName(session().slot[slots::frame])) + ".fts", -32});
 }
 
 void Actions::SaveAs() {
@@ -176,7 +174,7 @@ void Actions::SaveAs() {
       .Open({.what = "frame",
              .title = "Save 2-D Program File",
              .pattern = 0,
-             .name = BaseName(session().slot[slots::frame].fileName) + ".fts"});
+             .name = BaseName(DataName(session().slot[slots::frame])) + ".fts"});
 }
 
 void Actions::SaveFrameText() {
@@ -192,7 +190,8 @@ void Actions::SaveSpectrumText() {
         .Open({.what = {},
                .title = {},
                .pattern = 0,
-               .name = slot == slots::spectrum ? session().baseName + "_1D.txt" : std::string()});
+               .name = slot == slots::spectrum ? session().baseName + "_1D.txt"
+                                               : BaseName(DataName(session().slot[slot])) + ".txt"});
   else if (const std::string message = NothingLoaded(slot); !message.empty())
     desk_.Tell(mainWindow_, message);
 }
@@ -215,7 +214,7 @@ void Actions::ShowHeader(int slot) {
 void Actions::ShowRecipe() { Made(recipe_, desk_).Open(); }
 
 void Actions::SaveRecipe() {
-  const std::string frame = session().slot[slots::frame].fileName;
+  const std::string frame = DataName(session().slot[slots::frame]);
   const auto file = desk_.platform().FileToSave(
       mainWindow_, {.title = "Save Recipe As",
                     .folder = session().dataFolder,
@@ -237,6 +236,7 @@ void Actions::RunRecipe() {
     report = RunRecipeFile(session(), *file);
   }
   desk_.RefreshViews();
+  showSettings_();
   desk_.Tell(mainWindow_, report.text, report.warnings);
 }
 

@@ -3,6 +3,7 @@
 
 #include <QString>
 #include <array>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -21,8 +22,9 @@ namespace halmek {
 // messages; texts are those of the text boxes.
 class Actions {
  public:
-  // Messages appear over `mainWindow`.
-  Actions(Desk& desk, QWidget* mainWindow) : desk_(desk), mainWindow_(mainWindow) {}
+  // Messages appear over `mainWindow`; `showSettings` puts its boxes to the session's parameters.
+  Actions(Desk& desk, QWidget* mainWindow, std::function<void()> showSettings)
+      : desk_(desk), mainWindow_(mainWindow), showSettings_(std::move(showSettings)) {}
 
   void LoadFrame();
   void LoadDao();
@@ -69,6 +71,7 @@ class Actions {
 
   Desk& desk_;
   QWidget* mainWindow_;
+  std::function<void()> showSettings_;
   std::map<std::string, std::unique_ptr<FileChooser>> choosers_;
   std::unique_ptr<RowPlotWindow> rowPlot_;
   std::unique_ptr<ColumnSliceWindow> columnSlice_;

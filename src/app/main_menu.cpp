@@ -38,10 +38,10 @@ void AddFileMenu(QMainWindow& window, Actions& actions) {
   file.Item(
       "mLoad2DFitsFile", "Load 2-D Fits File", [&] { actions.LoadFrame(); }, QKeySequence::Open);
   file.Separator();
+  // "Save" may replace the file that was loaded, so that it has no key.
+  file.Item("mSave", "Save", [&] { actions.Save(); });
   file.Item(
-      "mSave", "Save", [&] { actions.Save(); }, QKeySequence::Save);
-  file.Item(
-      "mSaveAs", "Save 2-D File", [&] { actions.SaveAs(); }, QKeySequence("Ctrl+Shift+S"));
+      "mSaveAs", "Save 2-D File", [&] { actions.SaveAs(); }, QKeySequence::Save);
   file.Item("mSave2D_Text", "Save 2-D Data to Text File", [&] { actions.SaveFrameText(); });
   file.Item("mySave1D", "Save 1-D File", [&] { actions.SaveSpectrumFile(); });
   file.Item("mSave1D_Text", "Save 1-D Data to Text File", [&] { actions.SaveSpectrumText(); });

@@ -30,7 +30,10 @@ QLabel* NewTitle() {
 }  // namespace
 
 MainWindow::MainWindow(Desk& desk)
-    : desk_(desk), actions_(desk, this), part1_(new Part1Panel(actions_)), part2_(new Part2Panel(actions_)) {
+    : desk_(desk),
+      actions_(desk, this, [this] { part1_->ShowSettings(desk_.session()); }),
+      part1_(new Part1Panel(actions_)),
+      part2_(new Part2Panel(actions_)) {
   setObjectName("frmMain");
   auto* const panels = new QHBoxLayout;
   panels->addWidget(part1_, 1);
@@ -85,8 +88,9 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   Session& session = desk_.session();
   WindowPlacement placement = session.mainWindow;
   Store(placement, *this);
-  desk_.Try(this,
-            [&] { ShutDown(session, Typed(part1_->startRow()), Typed(part1_->badColumn()), placement); });
+  desk_.Try(
+      this, [&] { ShutDown(session, Typed(part1_->startRow()), Typed(part1_->badColumn()), placement); },
+      "the settings are not saved: " + session.settingsPath);
   event->accept();
   // The other windows end with the program.
   QApplication::exit(0);

@@ -27,8 +27,7 @@ Part2Panel::Part2Panel(Actions& actions)
 
 void Part2Panel::AddArcs() {
   QGridLayout* const step = AddStep("8. Load Arc Frame(s)");
-  arcCount_ = new QComboBox;
-  arcCount_->setObjectName("Combo1");
+  arcCount_ = new ChoiceBox("Combo1");
   arcCount_->addItems({"1", "2"});
   arcCount_->setToolTip("How many arcs calibrate the object");
   connect(arcCount_, &QComboBox::activated, this, [this](int index) { actions_.ChooseArcCount(index + 1); });

@@ -38,6 +38,12 @@ std::string BaseName(const std::string& name) { return name.substr(0, name.rfind
 
 std::string LeafName(const std::string& name) { return name.substr(name.rfind('/') + 1); }
 
+std::string SpectrumName(const Session& session) {
+  const Slot& frame = session.slot[slots::frame];
+  const bool isSameFrame = session.crunchLoad == frame.loadedFile;
+  return (isSameFrame ? BaseName(DataName(frame)) : session.baseName) + "_1D.fts";
+}
+
 void DropFrameState(Session& session) {
   Slice& slice = session.slice;
   slice.apertureFirstRow = slice.apertureLastRow = 0;

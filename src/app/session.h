@@ -56,8 +56,10 @@ struct FitsHeader {
 
 // One loaded file: its header and, except for the frame, its pixels.
 struct Slot : FitsHeader {
-  std::string fileName;    // without folder; empty = nothing loaded
+  std::string fileName;  // without folder; empty = nothing loaded
+  std::string dataName;  // of the file last loaded or saved with success; a load that fails changes fileName
   std::string loadedFile;  // full name of the file that was loaded
+  bool isWhole = true;     // header and pixels belong together; false after a load that stopped between them
   int savePixelType = 0;   // BITPIX chosen for the next save, or 17
 
   FixedTable<double> spectrum{lastPixel};      // pixels 1..naxis1
@@ -204,7 +206,8 @@ struct Session : Settings {
   bool frameTrimmed = false;
   std::string baseName;  // of the frame's file, without extension
   // The frame's file and header as they were when the spectrum of slot 3 was extracted from it.
-  std::string crunchFile;
+  std::string crunchFile;  // its name
+  std::string crunchLoad;  // the full name of the file it was loaded from
   FitsHeader crunchHeader;
 
   int traceRow = 0;  // the brightest row near the repaired column
@@ -237,6 +240,14 @@ struct Session : Settings {
 int Columns(const Session& session);
 int Rows(const Session& session);
 int Pixels(const Slot& slot);
+
+// The name that the slot's data go by.
+inline const std::string& DataName(const Slot& slot) {
+  return slot.dataName.empty() ? slot.fileName : slot.dataName;
+}
+
+// The name proposed for the extracted spectrum, after the frame that it came from.
+std::string SpectrumName(const Session& session);
 
 // Throws Refusal unless `value`, the number of a row or column, lies within 1..last.
 void RequireWithin(const char* what, int value, int last);

@@ -9,6 +9,7 @@
 #include <QStyle>
 #include <algorithm>
 #include <filesystem>
+#include <utility>
 
 #include "files/failure.h"
 #include "platform/placement.h"
@@ -30,8 +31,7 @@ constexpr int usualPixelType = -32;
 
 // A box that may be narrower than its longest entry.
 QComboBox* NewBox(const char* name, const char* explanation) {
-  auto* const box = new QComboBox;
-  box->setObjectName(name);
+  auto* const box = new ChoiceBox(name);
   box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   box->setMinimumContentsLength(4);
   box->setToolTip(explanation);
@@ -85,11 +85,14 @@ FileChooser::FileChooser(Desk& desk, const ChooserKind& kind)
       okButton_(NewButton("Command1", "OK", [this] { Accept(); })),
       cancelButton_(NewButton("Command2", "Cancel", [this] { close(); })) {
   setObjectName(kind.name);
+  desk_.AddView(*this);
   Arrange();
   Connect();
   SetLeastOuterSize(*this, leastWidth, leastHeight);
   resize(PixelsOf(usualWidth), PixelsOf(usualHeight));
 }
+
+FileChooser::~FileChooser() { desk_.RemoveView(*this); }
 
 void FileChooser::Arrange() {
   const int gap = PixelsOf(75);
@@ -182,7 +185,9 @@ void FileChooser::Open(const ChooserRequest& request) {
   ShowFolders();
   SelectPattern(request.pattern);
   SetName(!request.name.empty() ? request.name : files_.empty() ? "" : files_.front());
+  isOffered_ = request.name.empty();
   SelectFirstOption();
+  source_ = SourceOfData();
 
   if (!isVisible())
     Place(*this, desk_.session().*kind_.placement);
@@ -192,6 +197,16 @@ void FileChooser::Open(const ChooserRequest& request) {
   activateWindow();
   nameBox_->setFocus(Qt::OtherFocusReason);
   nameBox_->selectAll();
+}
+
+void FileChooser::Refresh() {
+  if (isVisible() && kind_.saves && SourceOfData() != source_)
+    close();
+}
+
+std::string FileChooser::SourceOfData() const {
+  const Session& session = desk_.session();
+  return request_.what == "spectrum" ? session.crunchLoad : session.slot[SlotNamed(request_.what)].loadedFile;
 }
 
 void FileChooser::SelectPattern(int index) {
@@ -241,8 +256,10 @@ void FileChooser::GoTo(const std::string& folder) {
     folder_ = now;
     ShowFolders();
     ShowFiles();
-    if (now != before)
+    if (now != before) {
       SetName(files_.empty() ? "" : files_.front());
+      isOffered_ = true;
+    }
   });
   driveBox_->setCurrentIndex(DriveHolding(drives_, folder_));
 }
@@ -308,6 +325,7 @@ void FileChooser::ShowFiles() {
 
 void FileChooser::SetName(const std::string& name) {
   name_ = name;
+  isOffered_ = false;
   const QSignalBlocker quiet(nameBox_);
   nameBox_->setText(Shown(name));
   ShowName();
@@ -321,6 +339,7 @@ void FileChooser::TakeTypedName() {
                                    [&](const std::string& name) { return Shown(name) == text; });
   const bool isListed = std::find(files_.begin(), files_.end(), typed) != files_.end();
   name_ = isListed || listed == files_.end() ? typed : *listed;
+  isOffered_ = false;
   ShowName();
 }
 
@@ -354,6 +373,10 @@ void FileChooser::Accept() {
   const int option = options_->checkedId();
   if (!kind_.options.empty() && options_->checkedButton() == nullptr)
     return desk_.Tell(this, "Please select a spectrum for save.");
+
+  // A name that merely stands first in the folder is no decision to replace a file.
+  if (kind_.saves && std::exchange(isOffered_, false) && IsFile(fs::path(folder_) / name_))
+    return desk_.Tell(this, "This file exists.  Press OK again to replace it, or choose another name.");
 
   hide();
   desk_.Do(desk_.mainWindow(), StepsIn(session, folder_, kind_.StepOf(request_.what, name_, option)));

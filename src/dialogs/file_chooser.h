@@ -28,12 +28,16 @@ struct ChooserRequest {
 
 // Modeless, with a list of drives, of folders, and of the files of one type. OK performs the kind's step in
 // the folder shown. File names are bytes and stay so, whatever the screen makes of them.
-class FileChooser : public QWidget {
+class FileChooser : public QWidget, public View {
  public:
   FileChooser(Desk& desk, const ChooserKind& kind);
+  ~FileChooser() override;
 
   // Shows the window for a new request, in the data folder; one that is open already comes to the front.
   void Open(const ChooserRequest& request);
+
+  // Closes the window where it would save other data than those it was opened for.
+  void Refresh() override;
 
  protected:
   void showEvent(QShowEvent* event) override;
@@ -61,6 +65,7 @@ class FileChooser : public QWidget {
   void TakeTypedName();
   void ShowName();
 
+  std::string SourceOfData() const;
   void Accept();
   void StorePlacement();
 
@@ -76,6 +81,8 @@ class FileChooser : public QWidget {
   // What the name box stands for: the bytes of the file chosen, or what was typed. Where it is one of the
   // files listed, that one is selected, and no other.
   std::string name_;
+  bool isOffered_ = false;  // it is the first of the list, which nobody chose
+  std::string source_;      // the file that the data to be saved came from
 
   EntryBox* nameBox_;
   NameList* fileList_;

@@ -185,6 +185,7 @@ Warnings LoadFits2D(Session& session, const std::string& file) {
   DropFrameState(session);
   DisableFrameSteps(session.workflow);
   session.frameTrimmed = false;
+  frame.isWhole = false;
   ReplaceHeader(frame, header.text, header.cardCount);
   RequireSupportedType(frame, session.daoFrame);
   session.frameTrimmed = frame.overscanCard != 0 || frame.trimCard != 0;
@@ -201,6 +202,8 @@ Warnings LoadFits2D(Session& session, const std::string& file) {
   workflow.trimEnabled = !session.frameTrimmed;
   workflow.fixColumnEnabled = workflow.fixTraceEnabled = workflow.sliceEnabled = true;
   ClearFrameStatus(workflow);
+  frame.isWhole = true;
+  frame.dataName = frame.fileName;
   frame.loadedFile = FullName(session, file);
   ShowNames(session, slots::frame);
   return ScalingWarnings(frame, type);
@@ -215,6 +218,7 @@ Warnings LoadFits1D(Session& session, int s, const std::string& file) {
   const HeaderText header = ReadHeader(input);
 
   DisableSteps(session.workflow, s);
+  slot.isWhole = false;
   ReplaceHeader(slot, header.text, header.cardCount);
   RequireSupportedType(slot, false);
   if (slot.naxis2 > 1)
@@ -231,6 +235,8 @@ Warnings LoadFits1D(Session& session, int s, const std::string& file) {
   } else {
     StartOverArc(session, s);
   }
+  slot.isWhole = true;
+  slot.dataName = slot.fileName;
   slot.loadedFile = FullName(session, file);
   ShowNames(session, s);
   return ScalingWarnings(slot, type);

@@ -4,6 +4,7 @@
 #include <QFocusEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QWheelEvent>
 #include <utility>
 
 namespace halmek {
@@ -21,6 +22,18 @@ void EntryBox::mousePressEvent(QMouseEvent* event) {
   QLineEdit::mousePressEvent(event);
   if (std::exchange(focusedByClick_, false))
     selectAll();
+}
+
+ChoiceBox::ChoiceBox(const QString& name, QWidget* parent) : QComboBox(parent) {
+  setObjectName(name);
+  setFocusPolicy(Qt::StrongFocus);
+}
+
+void ChoiceBox::wheelEvent(QWheelEvent* event) {
+  if (hasFocus())
+    QComboBox::wheelEvent(event);
+  else
+    event->ignore();
 }
 
 ElidedLabel::ElidedLabel(const QString& name, QWidget* parent) : QLabel(parent) {

@@ -1,6 +1,7 @@
 // The controls that several windows use.
 #pragma once
 
+#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -19,6 +20,15 @@ class EntryBox : public QLineEdit {
 
  private:
   bool focusedByClick_ = false;
+};
+
+// A list to choose from that the wheel changes only where it has the focus, not in passing.
+class ChoiceBox : public QComboBox {
+ public:
+  explicit ChoiceBox(const QString& name, QWidget* parent = nullptr);
+
+ protected:
+  void wheelEvent(QWheelEvent* event) override;
 };
 
 // A label that shows as much of its text as fits, with an ellipsis in the middle, and the whole in its

@@ -19,6 +19,9 @@ std::optional<Message> FailureOf(const std::function<void()>& action) {
     return Message{failure.text(), failure.detail()};
   } catch (const std::bad_alloc&) {
     return Message{RunTimeError(run_time_error::outOfMemory).text(), {}};
+  } catch (const std::exception& error) {
+    // Whatever it is, the evening's work goes on.
+    return Message{error.what(), {}};
   }
   return std::nullopt;
 }
@@ -62,11 +65,14 @@ bool Desk::Do(QWidget* over, const std::vector<Step>& steps) {
   return !failure;
 }
 
-bool Desk::Try(QWidget* over, const std::function<void()>& action) {
-  const auto failure = FailureOf(action);
-  if (failure)
-    platform_.Show(over, *failure);
-  return !failure;
+bool Desk::Try(QWidget* over, const std::function<void()>& action, const std::string& consequence) {
+  auto failure = FailureOf(action);
+  if (!failure)
+    return true;
+  if (failure->detail.empty())
+    failure->detail = consequence;
+  platform_.Show(over, *failure);
+  return false;
 }
 
 void Desk::RefreshViews() {

@@ -37,8 +37,9 @@ class Desk {
   bool Do(QWidget* over, const std::vector<Step>& steps);
   bool Do(QWidget* over, const Step& step) { return Do(over, std::vector<Step>{step}); }
 
-  // Does anything else that may be refused: shows the message where it is. Returns true if it succeeded.
-  bool Try(QWidget* over, const std::function<void()>& action);
+  // Does anything else that may be refused: shows the message where it is, with `consequence` as its detail
+  // where it has none. Returns true if it succeeded.
+  bool Try(QWidget* over, const std::function<void()>& action, const std::string& consequence = {});
 
   void Tell(QWidget* over, const std::string& text, const std::string& detail = {}) {
     platform_.Show(over, {text, detail});

@@ -10,9 +10,16 @@
 namespace halmek {
 namespace {
 
+// As much of a text as one reads in a box.
+QString Readable(const std::string& text) {
+  constexpr int longest = 1000;
+  const QString shown = Shown(text);
+  return shown.size() <= longest ? shown : shown.left(longest) + " ...";
+}
+
 // A detail as a sentence.
 QString Sentence(const std::string& detail) {
-  QString text = Shown(detail);
+  QString text = Readable(detail);
   if (text.isEmpty())
     return text;
   text[0] = text[0].toUpper();
@@ -24,6 +31,7 @@ std::optional<std::string> Ask(QWidget* over, const FileQuestion& question, QFil
   dialog.setAcceptMode(mode);
   dialog.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
   dialog.setNameFilters({Shown(question.pattern), "*"});
+  dialog.setDefaultSuffix(QString::fromStdString(question.pattern).section('.', -1));
   dialog.selectFile(QFile::decodeName(question.name.c_str()));
   dialog.resize(PixelsOf(12000), PixelsOf(6500));
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
@@ -38,7 +46,7 @@ void QtPlatform::Show(QWidget* over, const Message& message) {
   box.setWindowTitle("Halmek");
   box.setTextFormat(Qt::PlainText);
   box.setIcon(QMessageBox::Information);
-  box.setText(Shown(message.text));
+  box.setText(Readable(message.text));
   box.setInformativeText(Sentence(message.detail));
   box.setStandardButtons(QMessageBox::Ok);
   box.exec();

@@ -102,7 +102,7 @@ class PlotWindow : public QMainWindow, public View {
   QMenu* fileMenu_ = nullptr;
   bool loaded_ = false;
   bool framed_ = false;  // the desktop has put the window into its frame
-  int wheelAngle_ = 0;  // turned since the last whole notch
+  int wheelAngle_ = 0;   // turned since the last whole notch
 };
 
 // Puts a scroll bar to a state without telling its handler.

@@ -93,7 +93,7 @@ Drawing DrawColumnPlot(Session& s, WindowSize window) {
   PrepareFrame(s, window, values);
 
   const PlotFrame& f = s.slice.colFrame;
-  Drawing drawing(window, "Plot Column   File: " + frame.fileName + "   Object: " + frame.objectName);
+  Drawing drawing(window, "Plot Column   File: " + DataName(frame) + "   Object: " + frame.objectName);
   DrawAxes(drawing, f, sliceAxes);
   DrawMarkers(drawing, s);
   if (s.background.backgroundFitted)
@@ -122,6 +122,7 @@ void ClickForAperture(Session& s, double mouseX, double mouseY) {
   const int row = ClampedRow(s, RoundToInt(at.column));
   if (slice.apertureState == Slice::nothing) {
     slice.apertureFirstRow = row;
+    slice.apertureLastRow = 0;  // until the second click there is no aperture
     slice.apertureMarkValue = at.value;
     slice.apertureState = Slice::firstRowSet;
   } else if (slice.apertureState == Slice::firstRowSet) {
@@ -161,6 +162,8 @@ std::string MarksText(const Slice& slice) {
   const bool isWhole = slice.apertureState != Slice::firstRowSet && slice.apertureLastRow != 0;
   if (slice.apertureState != Slice::nothing && slice.apertureFirstRow != 0)
     text = "Aperture " + range(slice.apertureFirstRow, slice.apertureLastRow, isWhole);
+  else if (slice.apertureState == Slice::complete)
+    text = "No aperture";
   if (slice.backgroundClicks >= 1)
     text += (text.empty() ? "" : "   ") +
             ("Background " +
@@ -218,6 +221,7 @@ void CancelBackground(Session& s) {
   s.slice.backgroundClicks = 0;
   s.background.backgroundFitted = false;
   s.workflow.crunchEnabled = false;
+  s.workflow.sliceStatus.clear();
 }
 
 }  // namespace halmek

@@ -41,8 +41,7 @@ void ColumnSliceWindow::AddSelectionControls() {
   clearMarks->setToolTip("Drop the aperture and both background ranges");
   band().AddGroup({NewLabel("Label15", "Apertures"), clearMarks});
 
-  power_ = new QComboBox;
-  power_->setObjectName("Combo1");
+  power_ = new ChoiceBox("Combo1");
   power_->addItems(
       {"Power 0 - Median (Horiz.)", "Power 1 - Line with slope", "Power 2 - Parabolic", "Power 3 - Cubic"});
   power_->setToolTip("What the background of each column is fitted by");

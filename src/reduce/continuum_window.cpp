@@ -55,8 +55,7 @@ void ContinuumWindow::AddFitControls() {
           [this](const QString& text) { session().continuum.continuumInterval = IntervalWhileTyped(text); });
   band().AddGroup({NewLabel("Label14", "Sample"), NewLabel("Label12", "Interval"), interval_});
 
-  power_ = new QComboBox;
-  power_->setObjectName("Combo1");
+  power_ = new ChoiceBox("Combo1");
   power_->addItems({"Polyn. power 2", "Polyn. power 3", "Polyn. power 4", "Polyn. power 5"});
   connect(power_, &QComboBox::activated, this,
           [this](int index) { session().continuum.continuumPower = index + leastPower; });

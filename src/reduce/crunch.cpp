@@ -23,7 +23,8 @@ void CopyHeader(Session& s) {
   const Slot& frame = s.slot[slots::frame];
   Slot& spectrum = s.slot[slots::spectrum];
   RequireRoomForCards(frame, 1);
-  s.crunchFile = frame.fileName;
+  s.crunchFile = DataName(frame);
+  s.crunchLoad = frame.loadedFile;
   s.crunchHeader = frame;
   static_cast<FitsHeader&>(spectrum) = frame;
   AppendCard(spectrum, "HISTORY:  Halmek collapsed data from 2-D to 1-D on " + Today() + ".");
@@ -72,7 +73,7 @@ void CrunchFrame(Session& s) {
       spectrum.spectrum(c) -= (last - first + 1) * s.background.backgroundMedian(c);
 
   spectrum.spectrumPeak = std::max(0.0, *std::max_element(sums.begin(), sums.end()));
-  s.baseName = BaseName(s.slot[slots::frame].fileName);
+  s.baseName = BaseName(DataName(s.slot[slots::frame]));
   spectrum.fileName = s.baseName + "_1D.fts";
   s.continuum.normalized = s.continuum.continuumFitDone = false;
   s.continuum.continuumPointCount = 0;

@@ -115,7 +115,7 @@ Drawing RepaintRowPlot(const Session& s, WindowSize window) {
   const RowPlot& plot = s.rowPlot;
   const PlotFrame& f = plot.rowFrame;
   const Slot& frame = s.slot[slots::frame];
-  Drawing drawing(window, "Plot Row   File: " + frame.fileName + "   Object: " + frame.objectName);
+  Drawing drawing(window, "Plot Row   File: " + DataName(frame) + "   Object: " + frame.objectName);
   DrawAxes(drawing, f, rowAxes);
   DrawStepCurve(drawing, f, s.image.Row(plot.plotRow, f.firstColumn, f.lastColumn));
   DrawSelections(drawing, plot);
@@ -153,6 +153,7 @@ bool ClickForZoom(Session& s, double mouseX) {
   if (clicked == plot.zoomFirstColumn)
     return false;
   SetColumns(f, std::min(clicked, plot.zoomFirstColumn), std::max(clicked, plot.zoomFirstColumn));
+  SetColumnScroll(plot, Columns(s), (f.firstColumn + f.lastColumn + 1) / 2.0);
   plot.columnScroll.smallChange = RoundToInt((f.lastColumn - f.firstColumn) / 10.0);
   plot.columnScroll.largeChange = f.lastColumn - f.firstColumn;
   plot.zoomAwaitingFirst = true;

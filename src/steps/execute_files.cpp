@@ -87,11 +87,11 @@ Outcome LoadSpectrum(Session& s, const Load& step) {
 std::string DefaultName(const Session& s, int slot) {
   switch (slot) {
     case slots::frame:
-      return BaseName(s.slot[slot].fileName) + ".fts";
+      return BaseName(DataName(s.slot[slot])) + ".fts";
     case slots::object:
       return BaseName(LeafName(s.slot[slot].loadedFile)) + "cal.fts";
     default:
-      return s.baseName + "_1D.fts";
+      return SpectrumName(s);
   }
 }
 

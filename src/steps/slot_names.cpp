@@ -25,7 +25,7 @@ int SlotNamed(std::string_view name) {
 }
 
 void RequireLoaded(const Session& session, int slot) {
-  if (session.slot[slot].fileName.empty())
+  if (session.slot[slot].fileName.empty() || !session.slot[slot].isWhole)
     throw Refusal(emptyMessages[slot]);
 }
 

@@ -13,7 +13,8 @@ int SlotNamed(std::string_view name);
 // The arc of arc1 or arc2.
 inline int ArcNamed(std::string_view name) { return name == "arc1" ? 1 : 2; }
 
-// Throws Refusal, "Hey, ...", where the slot holds nothing.
+// Throws Refusal, "Hey, ...", where the slot holds nothing, or the header of a file whose pixels could not be
+// loaded.
 void RequireLoaded(const Session& session, int slot);
 
 // Throws Refusal where no frame is loaded, or one whose load stopped halfway.
