@@ -1,0 +1,99 @@
+// What must not happen at 3 a.m.: a file replaced that nobody meant, an extraction that nobody marked.
+#include <gtest/gtest.h>
+
+#include <QListWidget>
+#include <filesystem>
+
+#include "windows/part1_test.h"
+
+namespace halmek::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+class LostFramesTest : public Part1Test {
+ protected:
+  LostFramesTest() {
+    LoadFrame(60, 60);
+    WriteFrame("other.fts", 60, 60, [](int column, int row) { return 500 + column + row; });
+  }
+  std::string Name() { return Find<QLineEdit>(Window("frmSave_datafiles"), "Text1")->text().toStdString(); }
+  void Ok() { Press(Window("frmSave_datafiles"), "Command1"); }
+};
+
+TEST_F(LostFramesTest, AFailedLoadLendsItsNameToNothing) {
+  WriteFile(folder.File("text.fts"), "no FITS file");
+  const std::string other = ReadFile(folder.File("other.fts"));
+  fs::remove(folder.File("star.fts"));
+  for (const char* wrong : {"text.fts", "other.log"}) {
+    Load(wrong);
+    QWidget* const slice = OpenSlice();
+    EXPECT_EQ(slice->windowTitle(), "Plot Column   File: star.fts   Object: Test star") << wrong;
+    slice->close();
+    Trigger(main.get(), "mSave");
+    EXPECT_TRUE(fs::remove(folder.File("star.fts"))) << wrong;
+  }
+  EXPECT_EQ(ReadFile(folder.File("other.fts")), other);
+  EXPECT_EQ(ReadFile(folder.File("text.fts")), "no FITS file");
+}
+
+TEST_F(LostFramesTest, ASpectrumIsNamedAfterItsFrame) {
+  FitSlice();
+  Press("Command5");
+  Press("Command6");
+  Press(Window("frmPlot_Continuum"), "Command6");
+  Load("other.fts");
+  Press("Command9");
+  EXPECT_EQ(Name(), "star_1D.fts");
+}
+
+TEST_F(LostFramesTest, ASaveWindowClosesWhenOtherDataAreLoaded) {
+  Trigger(main.get(), "mSaveAs");
+  EXPECT_EQ(Name(), "star.fts");
+  Load("nothing.fts");
+  EXPECT_TRUE(IsOpen("frmSave_datafiles")) << "the frame is still the same";
+  Load("other.fts");
+  EXPECT_FALSE(IsOpen("frmSave_datafiles"));
+}
+
+TEST_F(LostFramesTest, AFileThatStandsFirstInAFolderIsReplacedOnlyOnPurpose) {
+  fs::create_directory(folder.path() + "/raw");
+  WriteFile(folder.File("raw/precious.fts"), "precious");
+  Trigger(main.get(), "mSaveAs");
+  auto* const folders = Find<QListWidget>(Window("frmSave_datafiles"), "Dir1");
+  folders->setCurrentRow(folders->count() - 1);
+  QTest::keyClick(folders, Qt::Key_Return);
+  ASSERT_EQ(Name(), "precious.fts");
+  platform.TakeMessages();
+  Ok();
+  EXPECT_EQ(platform.TakeMessages(),
+            Texts{"This file exists.  Press OK again to replace it, or choose another name."});
+  EXPECT_EQ(ReadFile(folder.File("raw/precious.fts")), "precious");
+  Ok();
+  EXPECT_NE(ReadFile(folder.File("raw/precious.fts")), "precious");
+}
+
+TEST_F(LostFramesTest, HalfAnApertureIsNotExtracted) {
+  FitSlice();
+  QWidget* const slice = OpenSlice();
+  Press(slice, "Command1");
+  MarkRows({50}, {});
+  Press("Command5");
+  EXPECT_EQ(platform.TakeMessages(),
+            Texts{"Hey, you need to set the aperture and fit the background first!"});
+  MarkRows({55}, {});
+  Press("Command5");
+  EXPECT_EQ(platform.TakeMessages(), Texts{});
+  EXPECT_EQ(session->journal.at(session->journal.size() - 2), "aperture 50 55");
+}
+
+TEST_F(LostFramesTest, TheWheelChangesNoListInPassing) {
+  auto* const count = Find<QComboBox>(main.get(), "Combo1");
+  const QPointF at(5, 5);
+  QWheelEvent turn(at, count->mapToGlobal(at), {}, {0, 120}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
+  QApplication::sendEvent(count, &turn);
+  EXPECT_EQ(session->arcCount, 2);
+}
+
+}  // namespace
+}  // namespace halmek::test
