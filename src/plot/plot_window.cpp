@@ -143,8 +143,11 @@ void PlotWindow::AddReadOut(QLabel* label, const char* widest) {
 
 void PlotWindow::ShowHint(QLabel* hint, const QString& text) {
   hint->setText(text);
-  hint->adjustSize();
-  hint->move(PixelsOf(800), PixelsOf(LayoutSize().height - 1790));
+  const WindowSize layout = LayoutSize();
+  const int left = PixelsOf(800), axisTitle = PixelsOf(0.9 * layout.width);
+  const QSize size = hint->sizeHint();
+  hint->setGeometry(left, PixelsOf(layout.height - 1790), std::clamp(axisTitle - left - 6, 0, size.width()),
+                    size.height());
 }
 
 void PlotWindow::ScrollByWheel(const QWheelEvent* event, QScrollBar* bar) {
