@@ -15,7 +15,7 @@
 #include "app/main_window.h"
 #include "app/session.h"
 #include "fits/header.h"
-#include "plot/painting.h"
+#include "platform/painting.h"
 #include "reduce/continuum.h"
 #include "reduce/row_plot.h"
 

@@ -3,7 +3,7 @@
 
 #include <QMainWindow>
 
-#include "app/actions.h"
+#include "app/main_actions.h"
 
 namespace halmek {
 

@@ -3,9 +3,9 @@
 
 #include <QMainWindow>
 
-#include "app/actions.h"
-#include "app/part1_panel.h"
-#include "app/part2_panel.h"
+#include "app/main_actions.h"
+#include "app/main_part1_panel.h"
+#include "app/main_part2_panel.h"
 
 namespace halmek {
 

@@ -7,8 +7,8 @@
 #include "platform/control_band.h"
 #include "platform/controls.h"
 #include "platform/desk.h"
+#include "platform/plot_surface.h"
 #include "plot/plot_frame.h"
-#include "plot/plot_surface.h"
 #include "plot/scroll_bar.h"
 
 namespace halmek {

@@ -12,8 +12,8 @@
 
 #include "app/main_window.h"
 #include "fits/fits_writer.h"
+#include "platform/plot_surface.h"
 #include "platform/twips.h"
-#include "plot/plot_surface.h"
 #include "steps/start_up.h"
 #include "windows/window_test.h"
 

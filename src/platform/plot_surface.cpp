@@ -1,13 +1,13 @@
 // The plot's surface.
-#include "plot/plot_surface.h"
+#include "platform/plot_surface.h"
 
 #include <QMouseEvent>
 #include <QPainter>
 
 #include "platform/controls.h"
+#include "platform/painting.h"
 #include "platform/text.h"
 #include "platform/twips.h"
-#include "plot/painting.h"
 
 namespace halmek {
 namespace {

@@ -1,5 +1,5 @@
 // The actions of the main window.
-#include "app/actions.h"
+#include "app/main_actions.h"
 
 #include <filesystem>
 

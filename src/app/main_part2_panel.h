@@ -3,8 +3,8 @@
 
 #include <QComboBox>
 
-#include "app/actions.h"
-#include "app/step_panel.h"
+#include "app/main_actions.h"
+#include "app/main_step_panel.h"
 #include "platform/controls.h"
 
 namespace halmek {

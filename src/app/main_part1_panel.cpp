@@ -1,5 +1,5 @@
 // Steps 1 to 7.
-#include "app/part1_panel.h"
+#include "app/main_part1_panel.h"
 
 #include "platform/text.h"
 

@@ -1,5 +1,5 @@
 // Steps 8 to 11.
-#include "app/part2_panel.h"
+#include "app/main_part2_panel.h"
 
 #include "platform/text.h"
 

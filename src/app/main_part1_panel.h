@@ -1,8 +1,8 @@
 // Steps 1 to 7 of the main window: from a 2-D frame to a spectrum.
 #pragma once
 
-#include "app/actions.h"
-#include "app/step_panel.h"
+#include "app/main_actions.h"
+#include "app/main_step_panel.h"
 #include "platform/controls.h"
 
 namespace halmek {

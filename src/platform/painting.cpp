@@ -1,5 +1,5 @@
 // Drawings by QPainter.
-#include "plot/painting.h"
+#include "platform/painting.h"
 
 #include <QImage>
 #include <QPaintDevice>

@@ -1,5 +1,5 @@
 // Panels of steps.
-#include "app/step_panel.h"
+#include "app/main_step_panel.h"
 
 #include "platform/controls.h"
 
