@@ -7,6 +7,7 @@
 #include "files/atomic_write.h"
 #include "files/whole_number.h"
 #include "platform/text.h"
+#include "reduce/bad_column.h"
 #include "reduce/column_slice.h"
 #include "reduce/row_plot.h"
 #include "steps/clicks.h"
@@ -92,7 +93,7 @@ std::optional<QString> Actions::FixColumn(const QString& column) {
   if (!desk_.Try(mainWindow_, [&] { number = WholeNumber(Typed(column)); }) ||
       !desk_.Do(mainWindow_, steps::FixColumn{number}))
     return std::nullopt;
-  return QString::number(session().traceRow - 4);
+  return QString::number(ProposedStartRow(session()));
 }
 
 void Actions::Trim(const std::array<QString, 4>& corners) {

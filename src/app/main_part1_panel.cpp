@@ -4,16 +4,6 @@
 #include "platform/text.h"
 
 namespace halmek {
-namespace {
-
-EntryBox* NumberBox(const char* name, const char* tip) {
-  auto* const box = new EntryBox(name);
-  box->setFixedWidth(box->fontMetrics().horizontalAdvance("0000000"));
-  box->setToolTip(tip);
-  return box;
-}
-
-}  // namespace
 
 Part1Panel::Part1Panel(Actions& actions)
     : StepPanel("Label22", "Part I - Convert 2-D Frames to 1-D (objects, arcs)"), actions_(actions) {
@@ -46,7 +36,7 @@ void Part1Panel::AddLoad() {
 
 void Part1Panel::AddFixColumn() {
   QGridLayout* const step = AddStep(" 2. Fix bad column #");
-  badColumn_ = NumberBox("Text6", "A column 4 to NAXIS1 - 3");
+  badColumn_ = NewNumberBox("Text6", "A column 4 to NAXIS1 - 3");
   fixColumn_ = NewButton("Command2", "Fix !", [this] {
     if (const auto row = actions_.FixColumn(badColumn_->text()))
       startRow_->setText(*row);
@@ -67,8 +57,8 @@ void Part1Panel::AddTrim() {
   corners->addWidget(NewLabel({}, "Row (y)"), 1, 2);
   corners->addWidget(NewLabel({}, "Upper left"), 2, 0);
   corners->addWidget(NewLabel({}, "Lower right"), 3, 0);
-  corners_ = {NumberBox("Text1", "First column to keep"), NumberBox("Text2", "First row to keep"),
-              NumberBox("Text3", "Last column to keep"), NumberBox("Text4", "Last row to keep")};
+  corners_ = {NewNumberBox("Text1", "First column to keep"), NewNumberBox("Text2", "First row to keep"),
+              NewNumberBox("Text3", "Last column to keep"), NewNumberBox("Text4", "Last row to keep")};
   for (int i = 0; i < 4; ++i)
     corners->addWidget(corners_[static_cast<size_t>(i)], 2 + i / 2, 1 + i % 2);
   trim_ = NewButton("Command1", "Snip !", [this] {
@@ -82,7 +72,7 @@ void Part1Panel::AddTrim() {
 void Part1Panel::AddTraceAndSlice() {
   QGridLayout* const trace = AddStep("4. Fix Trace (for cosmic ray hits)");
   traceStatus_ = NewStatus("Label24");
-  startRow_ = NumberBox("Text5", "The first row to plot");
+  startRow_ = NewNumberBox("Text5", "The first row to plot");
   fixTrace_ = NewButton("Command4", "Fix Trace ...", [this] { actions_.FixTrace(startRow_->text()); });
   fixTrace_->setToolTip("Look along rows and remove cosmic-ray hits");
   auto* const start = new QHBoxLayout;

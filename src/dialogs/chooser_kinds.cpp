@@ -1,6 +1,8 @@
 // The table of file choosers.
 #include "dialogs/chooser_kinds.h"
 
+#include "steps/slot_names.h"
+
 namespace halmek {
 namespace {
 
@@ -13,8 +15,7 @@ Step SaveStep(const std::string& what, const std::string& file, int pixelType) {
 Step SaveMaskStep(const std::string& arc, const std::string& file, int) { return steps::SaveMask{arc, file}; }
 
 Step ExportSpectrumStep(const std::string&, const std::string& file, int slot) {
-  constexpr const char* names[] = {"frame", "arc1", "arc2", "spectrum", "object"};
-  return steps::Export{names[slot], file};
+  return steps::Export{std::string(NameOfSlot(slot)), file};
 }
 
 Step ExportFrameStep(const std::string&, const std::string& file, int) {

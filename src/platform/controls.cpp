@@ -59,6 +59,13 @@ void ElidedLabel::paintEvent(QPaintEvent*) {
                    fontMetrics().elidedText(text(), Qt::ElideMiddle, width()));
 }
 
+EntryBox* NewNumberBox(const QString& name, const QString& tip) {
+  auto* const box = new EntryBox(name);
+  box->setFixedWidth(box->fontMetrics().horizontalAdvance("0000000"));
+  box->setToolTip(tip);
+  return box;
+}
+
 QLabel* NewLabel(const QString& name, const QString& text, QWidget* parent) {
   auto* const label = new QLabel(text, parent);
   label->setObjectName(name);

@@ -44,6 +44,9 @@ class ElidedLabel : public QLabel {
   void paintEvent(QPaintEvent* event) override;
 };
 
+// A box for a number of up to five digits, with a tooltip.
+EntryBox* NewNumberBox(const QString& name, const QString& tip);
+
 // Controls with their object names. Captions are shown as they stand: an "&" is no mnemonic.
 QLabel* NewLabel(const QString& name, const QString& text, QWidget* parent = nullptr);
 QPushButton* NewButton(const QString& name, const QString& caption, const std::function<void()>& action,

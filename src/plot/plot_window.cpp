@@ -137,7 +137,7 @@ void PlotWindow::ShowReadOut(const ReadOut& at, QLabel* column, QLabel* value) {
   value->setText(Shown(at.valueText));
 }
 
-void PlotWindow::AddReadOut(QLabel* label, const char* widest) {
+void PlotWindow::KeepRoomFor(QLabel* label, const char* widest) {
   label->setMinimumWidth(label->fontMetrics().horizontalAdvance(widest));
 }
 

@@ -69,7 +69,7 @@ class PlotWindow : public QMainWindow, public View {
   void ShowReadOut(const ReadOut& at, QLabel* column, QLabel* value);
 
   // Gives a read-out the room of the widest text that it shows.
-  static void AddReadOut(QLabel* label, const char* widest);
+  static void KeepRoomFor(QLabel* label, const char* widest);
 
   // A hint on the surface, on the line of the axis title.
   void ShowHint(QLabel* hint, const QString& text);

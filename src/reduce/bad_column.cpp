@@ -22,12 +22,11 @@ double MedianOfSixAround(Session& s, int row, int column) {
 
 }  // namespace
 
-int FixColumn(Session& s, int column) {
+void FixColumn(Session& s, int column) {
   s.badColumn = WholeNumber(column);
   if (s.badColumn <= 3 || s.badColumn > s.slot[slots::frame].naxis1 - 3)
     throw Refusal("Enter a valid column number, please - not within 3 pixels of the edge.");
   RepairBadColumn(s);
-  return s.traceRow - 4;
 }
 
 void RepairBadColumn(Session& s) {

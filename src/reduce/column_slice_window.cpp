@@ -74,13 +74,13 @@ void ColumnSliceWindow::AddReadOuts() {
   column_ = NewLabel("Label13", {});
   row_ = NewLabel("Label7", {});
   value_ = NewLabel("Label10", {});
-  AddReadOut(column_, "0000");
-  AddReadOut(row_, "000000");
-  AddReadOut(value_, "00000000.00");
+  KeepRoomFor(column_, "0000");
+  KeepRoomFor(row_, "000000");
+  KeepRoomFor(value_, "00000000.00");
   band().AddGroup({NewLabel("Label12", "Col"), column_, NewLabel("Label5", "Row"), row_,
                    NewLabel("Label9", "Pix val."), value_});
   marks_ = NewLabel("labelMarks", {});
-  AddReadOut(marks_, "Aperture 000 to 000   Background 000 to 000, 000 to 000");
+  KeepRoomFor(marks_, "Aperture 000 to 000   Background 000 to 000, 000 to 000");
   band().AddGroup({marks_});
 }
 

@@ -47,10 +47,8 @@ void ContinuumWindow::AddFitControls() {
     });
   band().AddGroup({automatic_, manual_});
 
-  interval_ = new EntryBox("Text1");
+  interval_ = NewNumberBox("Text1", "Width in pixels of the intervals from which automatic points are taken");
   interval_->setText("10");
-  interval_->setFixedWidth(interval_->fontMetrics().horizontalAdvance("000000"));
-  interval_->setToolTip("Width in pixels of the intervals from which automatic points are taken");
   connect(interval_, &QLineEdit::textChanged, this,
           [this](const QString& text) { session().continuum.continuumInterval = IntervalWhileTyped(text); });
   band().AddGroup({NewLabel("Label14", "Sample"), NewLabel("Label12", "Interval"), interval_});
@@ -94,8 +92,8 @@ void ContinuumWindow::AddButtons() {
 void ContinuumWindow::AddReadOuts() {
   column_ = NewLabel("Label7", {});
   value_ = NewLabel("Label10", {});
-  AddReadOut(column_, "000000");
-  AddReadOut(value_, "00000000.00");
+  KeepRoomFor(column_, "000000");
+  KeepRoomFor(value_, "00000000.00");
   band().AddGroup({NewLabel("Label5", "Column"), column_, NewLabel("Label9", "Intens."), value_});
 }
 

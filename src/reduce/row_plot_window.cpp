@@ -50,10 +50,8 @@ void RowPlotWindow::AddControls() {
     Deselect(session().rowPlot);
     Redraw();
   });
-  neighbours_ = new EntryBox("Text1");
+  neighbours_ = NewNumberBox("Text1", "How many pixels on each side of the selection are averaged");
   neighbours_->setText(QString::number(session().rowPlot.zapNeighbours));
-  neighbours_->setFixedWidth(neighbours_->fontMetrics().horizontalAdvance("000000"));
-  neighbours_->setToolTip("How many pixels on each side of the selection are averaged");
   QLabel* const meanOf = NewLabel("Label14", "Mean of ..");
   meanOf->setToolTip(neighbours_->toolTip());
   QPushButton* const undo = NewButton("Command6", "Undo", [this] { Undo(); });
@@ -64,9 +62,9 @@ void RowPlotWindow::AddControls() {
   row_ = NewLabel("Label7", {});
   column_ = NewLabel("Label13", {});
   value_ = NewLabel("Label10", {});
-  AddReadOut(row_, "00000");
-  AddReadOut(column_, "000000");
-  AddReadOut(value_, "00000000.00");
+  KeepRoomFor(row_, "00000");
+  KeepRoomFor(column_, "000000");
+  KeepRoomFor(value_, "00000000.00");
   band().AddGroup({NewLabel("Label11", "Zoom"), zoomButton("Command1", "IN", &ZoomIn),
                    zoomButton("Command2", "Out", &ZoomOut),
                    zoomButton("Command3", "Full row", &ShowFullRow)});

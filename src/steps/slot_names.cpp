@@ -1,10 +1,15 @@
 // Names and checks of slots.
 #include "steps/slot_names.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "calib/line_list.h"
 
 namespace halmek {
 namespace {
+
+constexpr std::string_view slotNames[] = {"frame", "arc1", "arc2", "spectrum", "object"};
 
 constexpr const char* emptyMessages[] = {
     "Hey, no 2-D file has been loaded!",    "Hey, no Arc 1 file has been loaded!",
@@ -15,14 +20,11 @@ constexpr const char* emptyMessages[] = {
 }  // namespace
 
 int SlotNamed(std::string_view name) {
-  if (name == "arc1")
-    return slots::arc1;
-  if (name == "arc2")
-    return slots::arc2;
-  if (name == "spectrum")
-    return slots::spectrum;
-  return name == "object" ? slots::object : slots::frame;
+  const auto found = std::find(std::begin(slotNames), std::end(slotNames), name);
+  return found == std::end(slotNames) ? slots::frame : static_cast<int>(found - std::begin(slotNames));
 }
+
+std::string_view NameOfSlot(int slot) { return slotNames[slot]; }
 
 void RequireLoaded(const Session& session, int slot) {
   if (session.slot[slot].fileName.empty() || !session.slot[slot].isWhole)

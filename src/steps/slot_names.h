@@ -10,6 +10,9 @@ namespace halmek {
 // The slot of frame, arc1, arc2, spectrum or object.
 int SlotNamed(std::string_view name);
 
+// The other way round.
+std::string_view NameOfSlot(int slot);
+
 // The arc of arc1 or arc2.
 inline int ArcNamed(std::string_view name) { return name == "arc1" ? 1 : 2; }
 

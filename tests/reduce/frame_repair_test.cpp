@@ -115,7 +115,8 @@ TEST_F(FrameRepair, TheBrightestRowIsLookedForTowardTheMiddle) {
     SetFrame(s, columns, 9, [probed = probe](int c, int r) {
       return c == probed ? (r == 6 || r == 8 ? 50 : 1) : (r == 2 ? 90 : 3);
     });
-    EXPECT_EQ(FixColumn(s, column), 2) << column << " of " << columns;
+    FixColumn(s, column);
+    EXPECT_EQ(ProposedStartRow(s), 2) << column << " of " << columns;
     EXPECT_EQ(s.traceRow, 6);
   }
   SetFrame(s, 20, 3, [](int, int) { return -99999; });
