@@ -86,7 +86,8 @@ struct Arc {
 
   FixedTable<double> Deviation{lastLine};     // of each line from the linear fit, fit minus table
   std::array<Polynomial, 6> DeviationCoef{};  // by power; power 0 within = never fitted
-  int fitPower = 4;
+  int fitPower = 4;   // chosen for the next fit, and of the correction function that is used
+  int stepPower = 4;  // the same after the steps performed, which know nothing of a choice not yet used
   bool fitDone = false;
   bool maskApplied = false;
   std::array<bool, 6> fitIsStale{};  // by power: lines have changed since it was fitted
@@ -180,6 +181,7 @@ struct Continuum {
 
 // The line that was clicked last, and what the identification window shows of it.
 struct LinePanel {
+  int arc = 0, column = 0;     // where it was clicked; arc 0 = nowhere yet
   std::string peakText;        // [Label3]
   std::string centroidText;    // [Label5]
   std::string errorText;       // [Label16]
@@ -189,6 +191,7 @@ struct LinePanel {
   std::string deviationText;   // [Label12]
   std::string rmsText;         // [Label14]
   std::string countText;       // [Label19]
+  std::string stateText;       // [labelState]: the wavelength that the line has already
   int tableEntry = 1;          // [VScroll1]
 };
 

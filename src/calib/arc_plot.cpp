@@ -2,6 +2,7 @@
 #include "calib/arc_plot.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "calib/deviations.h"
 #include "calib/line_list.h"
@@ -11,6 +12,9 @@
 namespace halmek {
 namespace {
 
+constexpr double markLength = 0.05;  // of the plot's height
+constexpr double markReach = 75;     // twips from a mark within which the pointer means it
+
 constexpr AxisStyle arcAxes{.upperLabelWidth = 7, .lowerLabelWidth = 6, .labelDecimals = 0};
 
 void MarkIdentifiedLines(Drawing& drawing, const Arc& arc, int a) {
@@ -19,7 +23,7 @@ void MarkIdentifiedLines(Drawing& drawing, const Arc& arc, int a) {
   for (double column : arc.ArcLineColumn.Range(1, arc.LineCount)) {
     const auto x = Twips(ScreenX(f, column));
     const auto top = Twips(f.plotTop);
-    drawing.Add(Line{{x, top}, {x, top + 0.05f * Twips(f.plotHeight)}, colour, 2});
+    drawing.Add(Line{{x, top}, {x, top + Twips(markLength * f.plotHeight)}, colour, 2});
   }
 }
 
@@ -64,12 +68,32 @@ std::optional<int> ArcColumnAt(const Session& s, int a, double mouseX, double mo
   return RoundToInt((Pixels(s.slot[a]) - 1) * ((x - f.plotLeft) / (f.plotRight - f.plotLeft)) + 1);
 }
 
-ArcReadOut ReadOutArc(const Session& s, int a, double mouseX, double mouseY) {
+ArcReadOut ReadOutArc(const Session& s, int a, const PlotFrame& frame, double mouseX, double mouseY) {
   const Arc& arc = s.arc[a];
-  ArcReadOut r{ReadOutPosition(arc.plotFrame, mouseX, mouseY, Pixels(s.slot[a])), {}};
+  ArcReadOut r{ReadOutPosition(frame, mouseX, mouseY, Pixels(s.slot[a])), {}};
   if (r.inside && arc.LineCount >= 2)
     r.wavelengthText = FormatFixed(arc.linIntercept + arc.linSlope * r.column, 8, 2);
   return r;
+}
+
+std::string MarkTextAt(const Session& s, int a, double mouseX, double mouseY) {
+  const Arc& arc = s.arc[a];
+  const PlotFrame& f = arc.plotFrame;
+  if (mouseY < f.plotTop - markReach || mouseY > f.plotTop + markLength * f.plotHeight + markReach)
+    return {};
+  int nearest = 0;
+  double distance = markReach;
+  for (int k = 1; k <= arc.LineCount; ++k) {
+    const double off = std::fabs(ScreenX(f, arc.ArcLineColumn(k)) - mouseX);
+    if (off <= distance) {
+      distance = off;
+      nearest = k;
+    }
+  }
+  if (nearest == 0)
+    return {};
+  return GeneralText(arc.ArcLineWavelength(nearest)) + " Angstroms at column " +
+         FixedText(arc.ArcLineColumn(nearest), 3);
 }
 
 }  // namespace halmek

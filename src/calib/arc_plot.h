@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 #include "app/session.h"
 
@@ -18,10 +19,15 @@ Drawing PlotArc(Session& session, int a, WindowSize window);
 // The column, numbered from 1, under a click in twips; nothing outside the plot area or on its edge.
 std::optional<int> ArcColumnAt(const Session& session, int a, double mouseX, double mouseY);
 
-// The read-out of a position, with the wavelength there once two lines are identified.
+// The read-out of a position in one of the arc's plots, whose frame is given, with the wavelength there by
+// the straight line once two lines are identified.
 struct ArcReadOut : ReadOut {
   std::string wavelengthText;
 };
-ArcReadOut ReadOutArc(const Session& session, int a, double mouseX, double mouseY);
+ArcReadOut ReadOutArc(const Session& session, int a, const PlotFrame& frame, double mouseX, double mouseY);
+
+// What is to be read over the mark of an identified line: its wavelength and its centroid. Empty where no
+// mark is within reach of the position.
+std::string MarkTextAt(const Session& session, int a, double mouseX, double mouseY);
 
 }  // namespace halmek

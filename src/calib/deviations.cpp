@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "calib/line_list.h"
+#include "plot/number_text.h"
 
 namespace halmek {
 namespace {
@@ -54,12 +55,17 @@ void DrawDeviationCurve(Drawing& drawing, const Arc& arc, int pixels) {
 
 void ComputeDeviations(Session& s, int a) {
   Arc& arc = s.arc[a];
-  if (arc.LineCount < 3)
-    throw Refusal("Hey, you need to identify three or more peaks first!");
   for (int k = 1; k <= arc.LineCount; ++k) {
     s.estimatedWavelength = arc.linIntercept + arc.linSlope * arc.ArcLineColumn(k);
     arc.Deviation(k) = s.estimatedWavelength - arc.ArcLineWavelength(k);
   }
+}
+
+void OpenDeviations(Session& s, int a) {
+  s.currentSlot = a;
+  if (s.arc[a].LineCount < 3)
+    throw Refusal("Hey, you need to identify three or more peaks first!");
+  ComputeDeviations(s, a);
   s.workflow.arc[a].deviationStatus = doneText;
 }
 
@@ -83,8 +89,8 @@ void FitDeviations(Session& s, int a) {
   arc.DeviationCoef[power] = *fit;
   arc.fitDone = true;
   arc.fitIsStale[power] = false;
-  s.workflow.arc[a].fitWindowStatus = doneText;
-  s.workflow.arc[a].fitStatus = doneText;
+  Workflow::ArcStatus& status = s.workflow.arc[a];
+  status.deviationStatus = status.fitWindowStatus = status.fitStatus = doneText;
 }
 
 double LinearRms(const Arc& arc) {
@@ -103,6 +109,37 @@ double DeviationRms(const Arc& arc) {
     sumSq += residual * residual;
   }
   return RmsOf(sumSq, arc.LineCount - arc.fitPower - 1);
+}
+
+FitInWords DescribeFit(const Arc& arc) {
+  const int n = arc.LineCount, power = arc.fitPower;
+  const auto residual = [&](int k, bool isFitted) {
+    return arc.Deviation(k) - (isFitted ? CorrectionAt(arc, arc.ArcLineColumn(k)) : 0);
+  };
+  const auto describe = [&](std::string fit, double rms, bool isFitted) -> FitInWords {
+    int worst = 1;
+    for (int k = 2; k <= n; ++k)
+      if (std::fabs(residual(k, isFitted)) > std::fabs(residual(worst, isFitted)))
+        worst = k;
+    const std::string pixels =
+        arc.linSlope == 0 ? "" : " (" + FixedText(std::fabs(rms / arc.linSlope), 3) + " pixels)";
+    return {std::move(fit), "RMS " + FixedText(rms, 4) + " Angstroms" + pixels,
+            "largest " + FixedText(residual(worst, isFitted), 4) + " at " +
+                GeneralText(arc.ArcLineWavelength(worst)) + " Angstroms"};
+  };
+
+  const std::string lines = n == 1 ? "1 line" : std::to_string(n) + " lines";
+  const std::string fit = "power " + std::to_string(power) + " through " + lines;
+  if (n < 3)
+    return {lines + " identified: at least three are needed", {}, {}};
+  if (!arc.fitDone || arc.DeviationCoef[power].power == 0)
+    return describe("power " + std::to_string(power) + " not fitted yet; straight line through " + lines,
+                    LinearRms(arc), false);
+  if (arc.fitIsStale[power])
+    return {"power " + std::to_string(power) + " was fitted before the lines changed: fit it again", {}, {}};
+  if (n == power + 1)
+    return {fit + ", as many as it needs: nothing tells how good it is", {}, {}};
+  return describe(fit, DeviationRms(arc), true);
 }
 
 double CorrectionAt(const Arc& arc, double column) { return arc.DeviationCoef[arc.fitPower](column); }
@@ -133,6 +170,7 @@ Drawing PlotDeviations(Session& s, int a, WindowSize window) {
 void ResetDeviations(Session& s, int a) {
   s.arc[a].fitDone = false;
   s.workflow.arc[a].fitWindowStatus.clear();
+  s.workflow.arc[a].fitStatus.clear();
 }
 
 void RequireCalibrated(const Session& s, int a) {

@@ -1,13 +1,17 @@
 // Deviations of an arc's lines from its straight-line dispersion, and the polynomial through them.
 #pragma once
 
+#include <string>
+
 #include "app/session.h"
 
 namespace halmek {
 
-// Computes the deviation of each line, fit minus table, in Angstrom. Throws Refusal for fewer than three
-// lines.
+// Computes the deviation of each line, straight-line fit minus table, in Angstrom.
 void ComputeDeviations(Session& session, int a);
+
+// Computes them to be looked at and fitted, as "Calc. Fit" does. Throws Refusal for fewer than three lines.
+void OpenDeviations(Session& session, int a);
 
 // Fits the deviations with a polynomial of the arc's `fitPower`, 2 to 4; it becomes the arc's correction
 // function of that power. Throws Refusal for too few lines and for power 5, with nothing changed.
@@ -22,6 +26,13 @@ double DeviationRms(const Arc& arc);
 // The correction function of the arc's `fitPower` at a column, in Angstrom; 0 for a power that was never
 // fitted.
 double CorrectionAt(const Arc& arc, double column);
+
+// What was fitted and how well, in words: the fit, its RMS and its largest residual, or what is missing. The
+// last two are empty where there is nothing to be said.
+struct FitInWords {
+  std::string fit, rms, largest;
+};
+FitInWords DescribeFit(const Arc& arc);
 
 // The plot of the deviations as dots with the correction function, once there is one.
 Drawing PlotDeviations(Session& session, int a, WindowSize window);

@@ -13,7 +13,14 @@ namespace {
 
 constexpr double leastWavelength = 3000, largestWavelength = 9000;  // Angstrom
 constexpr double notIdentified = 0.001;                             // a wavelength up to this is none
-constexpr int nearby = 3;  // pixels within which one deletion takes several lines
+
+// The pixels beside the clicked peak within which one deletion takes several lines.
+struct Nearby {
+  static constexpr int pixels = 3;
+  int first, last;
+  explicit Nearby(const Session& s)
+      : first(std::max(1, s.peakPixel - pixels)), last(std::min(lastPixel, s.peakPixel + pixels)) {}
+};
 
 // The panel's two number forms: as filled by a click, and as refreshed by a fit.
 std::string ClickText(double value) { return FormatFixed(value, 11, 5); }
@@ -51,9 +58,17 @@ void ProposeWavelength(Session& s, int a) {
   panel.deviationText = ClickText(s.estimatedWavelength - proposed);
 }
 
-void FillPanel(Session& s, int a) {
+std::string StateText(const Session& s, int a) {
+  if (!IsIdentified(s, a))
+    return {};
+  return "This line is identified as " + FormatFixed(s.arc[a].PixelWavelength(s.peakPixel), 10, 5) + ".";
+}
+
+void FillPanel(Session& s, int a, int column) {
   const Arc& arc = s.arc[a];
-  s.linePanel = {.peakText = CountText(s.peakPixel),
+  s.linePanel = {.arc = a,
+                 .column = column,
+                 .peakText = CountText(s.peakPixel),
                  .centroidText = ClickText(arc.PixelCentroid(s.peakPixel)),
                  .errorText = ClickText(arc.PixelCentroidError(s.peakPixel)),
                  .estimateText = {},
@@ -61,7 +76,8 @@ void FillPanel(Session& s, int a) {
                  .nameText = {},
                  .deviationText = {},
                  .rmsText = arc.linRms == 0 ? std::string() : FitText(arc.linRms),
-                 .countText = CountText(arc.LineCount)};
+                 .countText = CountText(arc.LineCount),
+                 .stateText = StateText(s, a)};
   if (arc.LineCount >= 2)
     ProposeWavelength(s, a);
 }
@@ -71,6 +87,7 @@ void Refit(Session& s, int a, double wavelength) {
   Arc& arc = s.arc[a];
   LinePanel& panel = s.linePanel;
   panel.countText = CountText(arc.LineCount);
+  panel.stateText = StateText(s, a);
   if (arc.LineCount < 2)
     return;
   if (const auto sumSq = FitDispersionLine(s, a))
@@ -94,6 +111,22 @@ void RequireArc(const Session& s, int a) {
 
 bool IsValidWavelength(double wavelength) {
   return wavelength >= leastWavelength && wavelength <= largestWavelength;
+}
+
+void RequireValidWavelength(double wavelength) {
+  if (!IsValidWavelength(wavelength))
+    throw Refusal("Hey, you need to type a valid wavelength! (It must be between 3000 and 9000 Angstroms.)");
+}
+
+bool IsIdentified(const Session& s, int a) {
+  return s.arc[a].LineCount >= 1 && s.arc[a].PixelWavelength(s.peakPixel) != 0;
+}
+
+int LinesNearPeak(const Session& s, int a) {
+  const Nearby near(s);
+  const auto wavelengths = s.arc[a].PixelWavelength.Range(near.first, near.last);
+  return static_cast<int>(
+      std::count_if(wavelengths.begin(), wavelengths.end(), [](double w) { return w > notIdentified; }));
 }
 
 void RebuildLineList(Session& s, int a) {
@@ -139,14 +172,13 @@ void ClickLine(Session& s, int a, int column) {
   }
   s.peakPixel = peak.pixel;
   s.centroidValue = arc.PixelCentroid(peak.pixel);
-  FillPanel(s, a);
+  FillPanel(s, a, column);
 }
 
 bool UpdateFit(Session& s, int a, double wavelength) {
-  if (!IsValidWavelength(wavelength))
-    throw Refusal("Hey, you need to type a valid wavelength! (It must be between 3000 and 9000 Angstroms.)");
+  RequireValidWavelength(wavelength);
   Arc& arc = s.arc[a];
-  if (arc.LineCount >= 1 && arc.PixelWavelength(s.peakPixel) != 0)
+  if (IsIdentified(s, a))
     return false;
   if (arc.LineCount >= lastLine)
     throw Refusal("An arc can have " + std::to_string(lastLine) +
@@ -164,20 +196,18 @@ bool UpdateFit(Session& s, int a, double wavelength) {
 
 int DeleteEntry(Session& s, int a) {
   Arc& arc = s.arc[a];
-  const int first = std::max(1, s.peakPixel - nearby), last = std::min(lastPixel, s.peakPixel + nearby);
-  const auto wavelengths = arc.PixelWavelength.Range(first, last);
-  const auto deleted =
-      std::count_if(wavelengths.begin(), wavelengths.end(), [](double w) { return w > notIdentified; });
+  const int deleted = LinesNearPeak(s, a);
   if (deleted == 0)
     return 0;
 
   // Their centroids go, too, so that they are centroided again when they are clicked.
-  for (int p = first; p <= last; ++p)
+  const Nearby near(s);
+  for (int p = near.first; p <= near.last; ++p)
     if (arc.PixelCentroid(p) > 0.0001)
       arc.PixelCentroid(p) = arc.PixelWavelength(p) = 0;
   RebuildLineList(s, a);
   Refit(s, a, NumericPrefix(s.linePanel.wavelengthText));
-  return static_cast<int>(deleted);
+  return deleted;
 }
 
 void DeleteAllLines(Session& s, int a) {
@@ -204,7 +234,7 @@ void ShowTableEntry(Session& s, int entry) {
   panel.tableEntry = std::clamp(entry, 1, table.wlCount);
   panel.nameText = table.WLName(panel.tableEntry);
   panel.wavelengthText = ClickText(table.WLValue(panel.tableEntry));
-  panel.deviationText = ClickText(s.estimatedWavelength - table.WLValue(panel.tableEntry));
+  panel.deviationText = ClickText(NumericPrefix(panel.estimateText) - NumericPrefix(panel.wavelengthText));
 }
 
 }  // namespace halmek

@@ -10,6 +10,9 @@ namespace halmek {
 // True for the wavelengths that a line can be given: 3000 to 9000 Angstrom.
 bool IsValidWavelength(double wavelength);
 
+// Throws Refusal for any other.
+void RequireValidWavelength(double wavelength);
+
 // Rebuilds the line list of arc `a` in pixel order from the wavelengths given to its pixels, and the points
 // of the straight-line fit.
 void RebuildLineList(Session& session, int a);
@@ -25,6 +28,12 @@ void ClickLine(Session& session, int a, int column);
 // 9000 and for a 51st line, with nothing changed.
 bool UpdateFit(Session& session, int a, double wavelength);
 
+// True if the clicked line of arc `a` has a wavelength; it keeps it until it is deleted.
+bool IsIdentified(const Session& session, int a);
+
+// How many identified lines of arc `a` peak within 3 pixels of the clicked one, itself included.
+int LinesNearPeak(const Session& session, int a);
+
 // Takes the wavelengths of all lines within 3 pixels of the clicked one, and refits. Returns how many
 // there were; where there was none, the list stays as it was.
 int DeleteEntry(Session& session, int a);
@@ -33,7 +42,8 @@ int DeleteEntry(Session& session, int a);
 void DeleteAllLines(Session& session, int a);
 
 // Shows entry `entry` of the wavelength table in the identification panel. Other numbers than 1..wlCount are
-// moved to the nearer end; without a table nothing happens.
+// moved to the nearer end; without a table nothing happens. The deviation is that from the estimate that the
+// panel shows, from 0 where it shows none.
 void ShowTableEntry(Session& session, int entry);
 
 // Fits the straight line to the list of arc `a` and stores it, but for its RMS. Returns the sum of squared

@@ -168,6 +168,8 @@ void StartOverArc(Session& session, int a) {
 
   Workflow::ArcStatus& status = session.workflow.arc[a];
   status.plotEnabled = true;
+  status.maskStatus.clear();
+  status.deviationStatus.clear();
   status.fitStatus.clear();
   status.fitWindowStatus.clear();
 }

@@ -1,7 +1,9 @@
 // Buttons as steps.
 #include "steps/clicks.h"
 
+#include "calib/line_list.h"
 #include "reduce/background.h"
+#include "steps/slot_names.h"
 
 namespace halmek {
 namespace {
@@ -42,6 +44,31 @@ std::optional<Step> NormalizeStep(const Session& session) {
   if (c.fittedByHand)
     return steps::NormalizePoints{c.fittedPower, c.fittedClicks};
   return steps::NormalizeAuto{c.fittedInterval, c.fittedPower};
+}
+
+std::optional<Step> IdentifyStep(const Session& session, double wavelength) {
+  const LinePanel& panel = session.linePanel;
+  if (IsValidWavelength(wavelength) && IsIdentified(session, panel.arc))
+    return std::nullopt;
+  return steps::Identify{std::string(NameOfSlot(panel.arc)), static_cast<double>(panel.column), wavelength};
+}
+
+std::optional<Step> DeleteLineStep(const Session& session) {
+  const LinePanel& panel = session.linePanel;
+  if (LinesNearPeak(session, panel.arc) == 0)
+    return std::nullopt;
+  return steps::DeleteLine{std::string(NameOfSlot(panel.arc)), static_cast<double>(panel.column)};
+}
+
+std::vector<Step> CorrectSteps(const Session& session) {
+  std::vector<Step> steps;
+  for (int a = 1; a <= session.arcCount; ++a) {
+    const Arc& arc = session.arc[a];
+    if (arc.fitPower != arc.stepPower && arc.LineCount > 0)
+      steps.push_back(steps::UsePower{std::string(NameOfSlot(a)), arc.fitPower});
+  }
+  steps.push_back(steps::Correct{});
+  return steps;
 }
 
 std::vector<Step> StepsIn(const Session& session, const std::string& folder, Step step) {

@@ -24,6 +24,17 @@ std::vector<Step> CrunchSteps(const Session& session);
 // Nothing where there is no fit.
 std::optional<Step> NormalizeStep(const Session& session);
 
+// "Update Fit": gives the clicked line a wavelength in Angstrom. Nothing where it has one; a wavelength that
+// is out of range makes a step all the same, which will be refused.
+std::optional<Step> IdentifyStep(const Session& session, double wavelength);
+
+// "Delete Entry": drops what is identified at the clicked line. Nothing where nothing is.
+std::optional<Step> DeleteLineStep(const Session& session);
+
+// "Fix !" of the dispersion: the powers of the arcs in use that were chosen after their last fit, then the
+// correction.
+std::vector<Step> CorrectSteps(const Session& session);
+
 // A load or save in `folder`, an absolute path: the `folder` step where another folder is current, then the
 // step itself.
 std::vector<Step> StepsIn(const Session& session, const std::string& folder, Step step);

@@ -24,6 +24,7 @@ Outcome Execute(Session& session, const DeleteLine& step);
 Outcome Execute(Session& session, const DeleteLines& step);
 Outcome Execute(Session& session, const ApplyMask& step);
 Outcome Execute(Session& session, const FitDeviations& step);
+Outcome Execute(Session& session, const UsePower& step);
 Outcome Execute(Session& session, const Correct& step);
 Outcome Execute(Session& session, const SaveMask& step);
 Outcome Execute(Session& session, const Save& step);

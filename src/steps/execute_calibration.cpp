@@ -50,8 +50,10 @@ Outcome Execute(Session& s, const Arcs& step) {
 
 Outcome Execute(Session& s, const Identify& step) {
   const int a = ArcNamed(step.arc);
+  if (step.wavelength)
+    RequireValidWavelength(*step.wavelength);
   Click(s, a, step.column);
-  if (s.arc[a].PixelWavelength(s.peakPixel) != 0 && s.arc[a].LineCount >= 1)
+  if (IsIdentified(s, a))
     throw Refusal("This line has been identified already.  Delete it first to change its wavelength.");
   const double wavelength = step.wavelength ? *step.wavelength : ProposedWavelength(s, a);
   const std::string name =
@@ -102,19 +104,19 @@ Outcome Execute(Session& s, const FitDeviations& step) {
     arc.fitPower = power;
     throw;
   }
+  arc.stepPower = step.power;
+  const FitInWords words = DescribeFit(arc);
+  return {words.fit + (words.rms.empty() ? "" : ", " + words.rms + ", " + words.largest), {}};
+}
 
-  int worst = 1;
-  const auto residual = [&](int k) { return arc.Deviation(k) - CorrectionAt(arc, arc.ArcLineColumn(k)); };
-  for (int k = 2; k <= arc.LineCount; ++k)
-    if (std::fabs(residual(k)) > std::fabs(residual(worst)))
-      worst = k;
-  const double rms = DeviationRms(arc);
-  const std::string pixels =
-      arc.linSlope == 0 ? "" : " (" + FixedText(std::fabs(rms / arc.linSlope), 3) + " pixels)";
-  return {"power " + std::to_string(step.power) + " through " + Count(arc.LineCount, "line") + ", RMS " +
-              FixedText(rms, 4) + " Angstroms (" + FixedText(std::fabs(rms / arc.linSlope), 3) +
-              " pixels), largest " + FixedText(residual(worst), 4) + " at " +
-              GeneralText(arc.ArcLineWavelength(worst)),
+Outcome Execute(Session& s, const UsePower& step) {
+  const int a = ArcNamed(step.arc);
+  RequireArcInUse(s, a);
+  Arc& arc = s.arc[a];
+  arc.fitPower = arc.stepPower = step.power;
+  return {arc.DeviationCoef[step.power].power == 0
+              ? "power " + std::to_string(step.power) + " was never fitted: no correction comes from it"
+              : DescribeFit(arc).fit,
           {}};
 }
 

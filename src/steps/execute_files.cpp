@@ -209,7 +209,7 @@ Outcome Execute(Session& s, const Plot& step) {
   RequireArcInUse(s, a);
   if (step.what.starts_with("arc"))
     return WriteDrawing(s, step.file, PlotArc(s, a, size(s.plot1D[a])));
-  ComputeDeviations(s, a);
+  OpenDeviations(s, a);
   return WriteDrawing(s, step.file, PlotDeviations(s, a, size(s.plotWLDiff[a])));
 }
 

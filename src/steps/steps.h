@@ -226,6 +226,18 @@ struct FitDeviations {
   }
 };
 
+struct UsePower {
+  static constexpr std::string_view name = "use-power";
+  static constexpr std::string_view help = "correct by an arc's earlier fit of that power";
+  std::string arc;
+  int power = 0;
+  template <class Visitor>
+  void Visit(Visitor& v) {
+    v.Choice("arc1|arc2", arc);
+    v.WholeIn("POWER", power, 2, 5);
+  }
+};
+
 struct Correct {
   static constexpr std::string_view name = "correct";
   static constexpr std::string_view help = "put the object on a linear wavelength scale";
@@ -324,7 +336,7 @@ using Step =
                  steps::Aperture, steps::Background, steps::Crunch, steps::NormalizeAuto,
                  steps::NormalizePoints, steps::NormalizeAgain, steps::Revert, steps::Arcs, steps::Identify,
                  steps::DeleteLine, steps::DeleteLines, steps::ApplyMask, steps::FitDeviations,
-                 steps::Correct, steps::SaveMask, steps::Save, steps::Export, steps::Header, steps::PlotRow,
-                 steps::PlotColumn, steps::Plot>;
+                 steps::UsePower, steps::Correct, steps::SaveMask, steps::Save, steps::Export, steps::Header,
+                 steps::PlotRow, steps::PlotColumn, steps::Plot>;
 
 }  // namespace halmek
