@@ -3,6 +3,7 @@
 
 #include <filesystem>
 
+#include "calib/arc_plot.h"
 #include "dialogs/chooser_kinds.h"
 #include "files/atomic_write.h"
 #include "files/whole_number.h"
@@ -12,6 +13,7 @@
 #include "reduce/row_plot.h"
 #include "steps/clicks.h"
 #include "steps/recipe.h"
+#include "steps/slot_names.h"
 
 namespace halmek {
 namespace {
@@ -21,11 +23,11 @@ namespace fs = std::filesystem;
 constexpr const char* noFrameMessage = "Hey, no 2-D file has been loaded!";
 constexpr const char* recipePattern = "*.recipe";
 
-// The window of that name, made where it is not there yet.
-template <class Window>
-Window& Made(std::unique_ptr<Window>& window, Desk& desk) {
+// A window, made where it is not there yet.
+template <class Window, class... Arguments>
+Window& Made(std::unique_ptr<Window>& window, Desk& desk, Arguments... arguments) {
   if (!window)
-    window = std::make_unique<Window>(desk);
+    window = std::make_unique<Window>(desk, arguments...);
   return *window;
 }
 
@@ -69,7 +71,7 @@ void Actions::LoadDao() {
 void Actions::LoadArc(int arc) {
   session().currentSlot = arc;
   Chooser(choosers::loadData)
-      .Open({.what = arc == 1 ? "arc1" : "arc2", .title = "Load 1-D Fits File", .pattern = 0, .name = {}});
+      .Open({.what = std::string(NameOfSlot(arc)), .title = "Load 1-D Fits File", .pattern = 0, .name = {}});
 }
 
 void Actions::LoadObject() {
@@ -139,11 +141,39 @@ void Actions::SaveSpectrum() {
 void Actions::ChooseArcCount(int count) { desk_.Do(mainWindow_, steps::Arcs{count}); }
 
 void Actions::PlotArc(int arc) {
-  session().currentSlot = arc;
-  desk_.Tell(mainWindow_, "Sorry, arcs cannot be plotted on the screen yet.");
+  if (desk_.Try(mainWindow_, [&] { OpenArcPlot(session(), arc); }))
+    ArcPlot(arc).Open();
 }
 
-void Actions::Correct() { desk_.Do(mainWindow_, steps::Correct{}); }
+ArcWindow& Actions::ArcPlot(int arc) {
+  return Made(
+      arcPlots_[arc], desk_, arc,
+      ArcCompanions{.identifyLine = [this](QWidget* over, const QRect& free) { IdentifyLine(over, free); },
+                    .showDeviations = [this, arc] { ShowDeviations(arc); },
+                    .loadMask = [this, arc] { LoadMask(arc); },
+                    .saveMask = [this, arc] { SaveMask(arc); },
+                    .showHelp = [this] { ShowHelp(); }});
+}
+
+void Actions::IdentifyLine(QWidget* over, const QRect& free) { Made(line_, desk_).Open(over, free); }
+
+void Actions::ShowDeviations(int arc) { Made(deviations_[arc], desk_, arc).Open(); }
+
+void Actions::LoadMask(int arc) {
+  session().currentSlot = arc;
+  Chooser(choosers::loadMask).Open({.what = "mask", .title = {}, .pattern = 1, .name = {}, .slot = arc});
+}
+
+void Actions::SaveMask(int arc) {
+  session().currentSlot = arc;
+  Chooser(choosers::saveMask)
+      .Open({.what = std::string(NameOfSlot(arc)),
+             .title = {},
+             .pattern = 0,
+             .name = BaseName(DataName(session().slot[arc])) + "_mask.dat"});
+}
+
+void Actions::Correct() { desk_.Do(mainWindow_, CorrectSteps(session())); }
 
 void Actions::SaveCalibrated() {
   session().currentSlot = slots::object;

@@ -10,6 +10,9 @@
 #include <string>
 
 #include "app/recipe_window.h"
+#include "calib/arc_window.h"
+#include "calib/deviation_window.h"
+#include "calib/line_window.h"
 #include "dialogs/file_chooser.h"
 #include "platform/desk.h"
 #include "reduce/column_slice_window.h"
@@ -68,6 +71,11 @@ class Actions {
   Session& session() { return desk_.session(); }
   bool HasFrame();
   FileChooser& Chooser(const ChooserKind& kind);
+  ArcWindow& ArcPlot(int arc);
+  void IdentifyLine(QWidget* over, const QRect& free);
+  void ShowDeviations(int arc);
+  void LoadMask(int arc);
+  void SaveMask(int arc);
 
   Desk& desk_;
   QWidget* mainWindow_;
@@ -76,6 +84,9 @@ class Actions {
   std::unique_ptr<RowPlotWindow> rowPlot_;
   std::unique_ptr<ColumnSliceWindow> columnSlice_;
   std::unique_ptr<ContinuumWindow> continuum_;
+  std::array<std::unique_ptr<ArcWindow>, 3> arcPlots_;          // 1 and 2
+  std::array<std::unique_ptr<DeviationWindow>, 3> deviations_;  //
+  std::unique_ptr<LineWindow> line_;
   std::unique_ptr<RecipeWindow> recipe_;
 };
 

@@ -379,6 +379,8 @@ void FileChooser::Accept() {
     return desk_.Tell(this, "This file exists.  Press OK again to replace it, or choose another name.");
 
   hide();
+  if (request_.slot)
+    session.currentSlot = *request_.slot;
   desk_.Do(desk_.mainWindow(), StepsIn(session, folder_, kind_.StepOf(request_.what, name_, option)));
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QWidget>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,7 @@ struct ChooserRequest {
   std::string title;  // empty: the kind's own
   int pattern = 0;    // index selected at last
   std::string name;   // proposed in the name box; empty: the first file of the list
+  std::optional<int> slot = {};  // becomes current with OK, whichever was made current meanwhile
 };
 
 // Modeless, with a list of drives, of folders, and of the files of one type. OK performs the kind's step in

@@ -4,7 +4,6 @@
 #include <QFocusEvent>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QWheelEvent>
 #include <utility>
 
 namespace halmek {
@@ -36,6 +35,15 @@ void ChoiceBox::wheelEvent(QWheelEvent* event) {
     event->ignore();
 }
 
+int WheelNotches::Take(const QWheelEvent& event) {
+  constexpr int notch = 120;
+  const QPoint turned = event.angleDelta();
+  angle_ += turned.y() != 0 ? turned.y() : turned.x();
+  const int notches = angle_ / notch;
+  angle_ -= notches * notch;
+  return notches;
+}
+
 ElidedLabel::ElidedLabel(const QString& name, QWidget* parent) : QLabel(parent) {
   setObjectName(name);
   setTextFormat(Qt::PlainText);
@@ -57,6 +65,10 @@ void ElidedLabel::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.drawText(rect(), static_cast<int>(alignment()) | Qt::TextSingleLine,
                    fontMetrics().elidedText(text(), Qt::ElideMiddle, width()));
+}
+
+void KeepRoomFor(QLabel* label, const char* widest) {
+  label->setMinimumWidth(label->fontMetrics().horizontalAdvance(widest));
 }
 
 EntryBox* NewNumberBox(const QString& name, const QString& tip) {

@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QWheelEvent>
 #include <functional>
 
 namespace halmek {
@@ -31,6 +32,16 @@ class ChoiceBox : public QComboBox {
   void wheelEvent(QWheelEvent* event) override;
 };
 
+// Counts the notches by which the wheel turns, also where a finer device tells parts of one. Away from the
+// user is positive.
+class WheelNotches {
+ public:
+  int Take(const QWheelEvent& event);
+
+ private:
+  int angle_ = 0;  // turned since the last whole notch
+};
+
 // A label that shows as much of its text as fits, with an ellipsis in the middle, and the whole in its
 // tooltip. `text()` is the whole text.
 class ElidedLabel : public QLabel {
@@ -43,6 +54,9 @@ class ElidedLabel : public QLabel {
  protected:
   void paintEvent(QPaintEvent* event) override;
 };
+
+// Gives a label the room of the widest text that it will show.
+void KeepRoomFor(QLabel* label, const char* widest);
 
 // A box for a number of up to five digits, with a tooltip.
 EntryBox* NewNumberBox(const QString& name, const QString& tip);

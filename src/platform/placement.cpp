@@ -131,6 +131,27 @@ QRect InSight(const QRect& outer, const QList<QRect>& screens) {
   return placed;
 }
 
+QRect ClearOf(const QRect& outer, const QRect& free, const QRect& screen) {
+  if (!outer.intersects(free))
+    return outer;
+  QRect below = outer, left = outer, right = outer;
+  below.moveTop(free.bottom() + 1);
+  if (below.bottom() <= screen.bottom())
+    return below;
+  left.moveRight(free.left() - 1);
+  right.moveLeft(free.right() + 1);
+  const bool hasLeft = left.left() >= screen.left(), hasRight = right.right() <= screen.right();
+  const int toLeft = outer.left() - left.left(), toRight = right.left() - outer.left();
+  if (hasLeft && hasRight)
+    return toLeft <= toRight ? left : right;
+  if (hasLeft || hasRight)
+    return hasLeft ? left : right;
+  // Some of it will be covered: as little as the screen allows.
+  left.moveLeft(screen.left());
+  right.moveRight(screen.right());
+  return free.center().x() > screen.center().x() ? left : right;
+}
+
 void FixOuterSize(QWidget& window, int width, int height) {
   window.setFixedSize(InnerSize({PixelsOf(width), PixelsOf(height)}, window));
 }

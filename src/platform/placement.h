@@ -31,6 +31,10 @@ void Store(SizedPlacement& placement, const QWidget& window);
 // may reach beyond an edge as long as its title bar can be grasped.
 QRect InSight(const QRect& outer, const QList<QRect>& screens);
 
+// `outer`, moved so that it does not cover `free`: below it where the screen has room, otherwise to the
+// nearer side that has room, or, as far as the screen allows, to the roomier one.
+QRect ClearOf(const QRect& outer, const QRect& free, const QRect& screen);
+
 // Keeps the outer size of a window at a fixed size or above a least one, in twips.
 void FixOuterSize(QWidget& window, int width, int height);
 void SetLeastOuterSize(QWidget& window, int width, int height);

@@ -3,6 +3,7 @@
 
 #include <QMouseEvent>
 #include <QPainter>
+#include <QToolTip>
 
 #include "platform/controls.h"
 #include "platform/painting.h"
@@ -81,6 +82,18 @@ void PlotSurface::SetPointsInside(bool inside) {
     unsetCursor();
 }
 
+bool PlotSurface::event(QEvent* event) {
+  if (event->type() != QEvent::ToolTip || !handlers_.toolTip)
+    return QWidget::event(event);
+  const auto* const help = static_cast<QHelpEvent*>(event);
+  const QString text = handlers_.toolTip(TwipsOf(help->pos().x()), TwipsOf(help->pos().y()));
+  if (text.isEmpty())
+    QToolTip::hideText();
+  else
+    QToolTip::showText(help->globalPos(), text, this);
+  return true;
+}
+
 void PlotSurface::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.fillRect(rect(), Qt::white);
@@ -98,10 +111,10 @@ void PlotSurface::mousePressEvent(QMouseEvent* event) {
   // What is clicked is what the read-outs show.
   if (handlers_.move)
     handlers_.move(x, y);
-  if (event->button() == Qt::LeftButton && handlers_.leftClick)
-    handlers_.leftClick(x, y);
-  if (event->button() == Qt::RightButton && handlers_.rightClick)
-    handlers_.rightClick(x, y);
+  const bool isLeft = event->button() == Qt::LeftButton, isRight = event->button() == Qt::RightButton;
+  const auto& click = isLeft ? handlers_.leftClick : isRight ? handlers_.rightClick : handlers_.otherClick;
+  if (click)
+    click(x, y);
 }
 
 void PlotSurface::leaveEvent(QEvent*) {

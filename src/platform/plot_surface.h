@@ -26,9 +26,10 @@ class PlotSurface : public QWidget {
 
   // What the mouse does, at a position in twips.
   struct MouseHandlers {
-    std::function<void(double x, double y)> move, leftClick, rightClick;
+    std::function<void(double x, double y)> move, leftClick, rightClick, otherClick;
     std::function<void()> leave;
     std::function<void(QWheelEvent*)> wheel;
+    std::function<QString(double x, double y)> toolTip;  // what is to be read there; empty: nothing
   };
   void SetMouseHandlers(MouseHandlers handlers) { handlers_ = std::move(handlers); }
 
@@ -36,6 +37,7 @@ class PlotSurface : public QWidget {
   void SetPointsInside(bool inside);
 
  protected:
+  bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;

@@ -22,7 +22,7 @@ constexpr int bandTop = 1550;
 
 }  // namespace
 
-PlotWindow::PlotWindow(Desk& desk, const char* name, SizedPlacement Settings::*placement)
+PlotWindow::PlotWindow(Desk& desk, const char* name, SizedPlacement& placement)
     : desk_(desk),
       placement_(placement),
       area_(new QWidget(this)),
@@ -37,8 +37,10 @@ PlotWindow::PlotWindow(Desk& desk, const char* name, SizedPlacement Settings::*p
   surface_->SetMouseHandlers({.move = [this](double x, double y) { PointTo(x, y); },
                               .leftClick = [this](double x, double y) { ClickLeft(x, y); },
                               .rightClick = [this](double x, double y) { ClickRight(x, y); },
+                              .otherClick = [this](double x, double y) { ClickOther(x, y); },
                               .leave = [this] { PointTo(-1, -1); },
-                              .wheel = [this](QWheelEvent* event) { Wheel(event); }});
+                              .wheel = [this](QWheelEvent* event) { Wheel(event); },
+                              .toolTip = [this](double x, double y) { return ToolTipAt(x, y); }});
   desk_.AddView(*this);
 }
 
@@ -56,7 +58,7 @@ bool PlotWindow::Open() {
   if (opens) {
     framed_ = false;
     Loading();
-    Place(*this, placement());
+    Place(*this, placement_);
     ArrangeParts();
   }
   auto drawing = Draw(LayoutSize());
@@ -96,7 +98,7 @@ void PlotWindow::Redraw() {
 
 void PlotWindow::Return() {
   Leaving();
-  Store(placement(), *this);
+  Store(placement_, *this);
   hide();
 }
 
@@ -137,10 +139,6 @@ void PlotWindow::ShowReadOut(const ReadOut& at, QLabel* column, QLabel* value) {
   value->setText(Shown(at.valueText));
 }
 
-void PlotWindow::KeepRoomFor(QLabel* label, const char* widest) {
-  label->setMinimumWidth(label->fontMetrics().horizontalAdvance(widest));
-}
-
 void PlotWindow::ShowHint(QLabel* hint, const QString& text) {
   hint->setText(text);
   const WindowSize layout = LayoutSize();
@@ -151,12 +149,7 @@ void PlotWindow::ShowHint(QLabel* hint, const QString& text) {
 }
 
 void PlotWindow::ScrollByWheel(const QWheelEvent* event, QScrollBar* bar) {
-  constexpr int notch = 120;
-  const QPoint turned = event->angleDelta();
-  wheelAngle_ += turned.y() != 0 ? turned.y() : turned.x();
-  const int notches = wheelAngle_ / notch;
-  wheelAngle_ -= notches * notch;
-  bar->setValue(bar->value() - notches * bar->singleStep());
+  bar->setValue(bar->value() - wheel_.Take(*event) * bar->singleStep());
 }
 
 QScrollBar* PlotWindow::AddColumnScroll(const char* name) {
@@ -176,7 +169,7 @@ QScrollBar* PlotWindow::AddRowScroll(const char* name) {
 void PlotWindow::closeEvent(QCloseEvent* event) {
   Leaving();
   Unloading();
-  Store(placement(), *this);
+  Store(placement_, *this);
   loaded_ = false;
   event->accept();
 }
@@ -187,8 +180,8 @@ void PlotWindow::moveEvent(QMoveEvent* event) {
     return;
   // The first move is the desktop's own, into the frame that it has drawn: only now is its width known.
   if (!std::exchange(framed_, true))
-    PlaceSize(*this, placement());
-  Store(placement(), *this);
+    PlaceSize(*this, placement_);
+  Store(placement_, *this);
 }
 
 bool PlotWindow::eventFilter(QObject* watched, QEvent* event) {
@@ -202,7 +195,7 @@ void PlotWindow::Resized() {
     ArrangeParts();
     return;
   }
-  Store(placement(), *this);
+  Store(placement_, *this);
   Redraw();
 }
 

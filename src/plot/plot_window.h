@@ -30,8 +30,8 @@ class PlotWindow : public QMainWindow, public View {
   WindowSize LayoutSize() const;
 
  protected:
-  // `name` is the window's object name; `placement` is where the session keeps its place and size.
-  PlotWindow(Desk& desk, const char* name, SizedPlacement Settings::*placement);
+  // `name` is the window's object name; `placement`, of the session, is where its place and size are kept.
+  PlotWindow(Desk& desk, const char* name, SizedPlacement& placement);
 
   Desk& desk() { return desk_; }
   Session& session() { return desk_.session(); }
@@ -57,6 +57,8 @@ class PlotWindow : public QMainWindow, public View {
   virtual void PointTo(double x, double y) = 0;  // the mouse has moved, to a position in twips
   virtual void ClickLeft(double, double) {}
   virtual void ClickRight(double, double) {}
+  virtual void ClickOther(double, double) {}
+  virtual QString ToolTipAt(double, double) { return {}; }
   virtual void Wheel(QWheelEvent*) {}
 
   // Draws anew.
@@ -67,9 +69,6 @@ class PlotWindow : public QMainWindow, public View {
 
   // Shows a position's read-out in two labels, and the cross or the arrow.
   void ShowReadOut(const ReadOut& at, QLabel* column, QLabel* value);
-
-  // Gives a read-out the room of the widest text that it shows.
-  static void KeepRoomFor(QLabel* label, const char* widest);
 
   // A hint on the surface, on the line of the axis title.
   void ShowHint(QLabel* hint, const QString& text);
@@ -90,10 +89,9 @@ class PlotWindow : public QMainWindow, public View {
   void AddFileMenu();
   void ArrangeParts();
   void Resized();
-  SizedPlacement& placement() { return session().*placement_; }
 
   Desk& desk_;
-  SizedPlacement Settings::*placement_;
+  SizedPlacement& placement_;
   QWidget* area_;  // everything below the menu bar
   PlotSurface* surface_;
   ControlBand* band_;
@@ -102,7 +100,7 @@ class PlotWindow : public QMainWindow, public View {
   QMenu* fileMenu_ = nullptr;
   bool loaded_ = false;
   bool framed_ = false;  // the desktop has put the window into its frame
-  int wheelAngle_ = 0;   // turned since the last whole notch
+  WheelNotches wheel_;
 };
 
 // Puts a scroll bar to a state without telling its handler.

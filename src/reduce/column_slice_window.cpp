@@ -15,7 +15,8 @@ constexpr const char* markHint =
 
 }  // namespace
 
-ColumnSliceWindow::ColumnSliceWindow(Desk& desk) : PlotWindow(desk, "frmPlot_Column", &Settings::plotColumn) {
+ColumnSliceWindow::ColumnSliceWindow(Desk& desk)
+    : PlotWindow(desk, "frmPlot_Column", desk.session().plotColumn) {
   AddScroll();
   AddSelectionControls();
   AddScaleControls();

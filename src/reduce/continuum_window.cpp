@@ -26,7 +26,7 @@ int IntervalWhileTyped(const QString& text) {
 }  // namespace
 
 ContinuumWindow::ContinuumWindow(Desk& desk)
-    : PlotWindow(desk, "frmPlot_Continuum", &Settings::plotContinuum) {
+    : PlotWindow(desk, "frmPlot_Continuum", desk.session().plotContinuum) {
   AddFitControls();
   AddButtons();
   AddReadOuts();

@@ -14,7 +14,7 @@
 
 namespace halmek {
 
-RowPlotWindow::RowPlotWindow(Desk& desk) : PlotWindow(desk, "frmPlot_Row", &Settings::plotRow) {
+RowPlotWindow::RowPlotWindow(Desk& desk) : PlotWindow(desk, "frmPlot_Row", desk.session().plotRow) {
   AddOptionsMenu();
   AddControls();
 }
