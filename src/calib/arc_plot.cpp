@@ -53,7 +53,7 @@ Drawing PlotArc(Session& s, int a, WindowSize window) {
   SetYRange(f, NiceLowerBound(range.smallest), NiceUpperBound(range.largest));
 
   Drawing drawing(window,
-                  PlotCaption("Arc " + std::to_string(a) + "   File:  ", slot.fileName, slot.objectName));
+                  PlotCaption("Arc " + std::to_string(a) + "   File:  ", DataName(slot), slot.objectName));
   DrawAxes(drawing, f, arcAxes);
   DrawStepCurve(drawing, f, values);
   MarkIdentifiedLines(drawing, s.arc[a], a);

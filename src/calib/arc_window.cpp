@@ -94,6 +94,9 @@ void ArcWindow::ShowState() {
   maskStatus_->setText(Shown(status.maskStatus));
   deviationStatus_->setText(Shown(status.deviationStatus));
 
+  if (session().arc[arc_].LineCount < 2)
+    wavelength_->clear();
+
   const LineMask& mask = session().mask;
   applyMask_->setToolTip(
       "Identify the lines of this arc from the mask loaded: " +

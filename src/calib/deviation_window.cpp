@@ -85,6 +85,10 @@ void DeviationWindow::ShowState() {
   const Arc& arc = session().arc[arc_];
   power_->setCurrentIndex(arc.fitPower - leastPower);
   status_->setText(Shown(session().workflow.arc[arc_].fitWindowStatus));
+  if (arc.LineCount < 2) {
+    value_->clear();
+    wavelength_->clear();
+  }
   const FitInWords words = DescribeFit(arc);
   fitInWords_->setText(Shown(words.fit));
   rms_->setText(Shown(words.rms));

@@ -105,7 +105,8 @@ double UpperAxisLimit(const Slot& slot) {
 }  // namespace
 
 void RequireArc(const Session& s, int a) {
-  if (s.slot[a].fileName.empty() || Pixels(s.slot[a]) == 0)
+  const Slot& slot = s.slot[a];
+  if (slot.fileName.empty() || !slot.isWhole || Pixels(slot) == 0)
     throw Refusal("Hey, no Arc " + std::to_string(a) + " file has been loaded!");
 }
 

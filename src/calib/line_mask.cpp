@@ -95,6 +95,7 @@ void TakeLines(Session& s, Arc& arc, const FoundLines& found) {
   }
   s.peakPixel = found.back().pixel;
   s.centroidValue = found.back().centroid.column;
+  s.linePanel = {};  // what was clicked is no more the peak
   arc.fitIsStale.fill(true);
 }
 

@@ -88,6 +88,12 @@ void LineWindow::AddWavelength(QGridLayout& grid) {
   table_->setFixedHeight(2 * wavelength_->sizeHint().height());
   table_->setToolTip("The lines of the wavelength table; also with the arrow keys and the wheel");
   connect(table_, &QScrollBar::valueChanged, this, [this](int entry) { ScrollTo(entry); });
+  connect(table_, &QScrollBar::actionTriggered, this, [this] {
+    if (!desk_.session().linePanel.wavelengthText.empty())
+      return;
+    table_->setSliderPosition(table_->value());
+    Walk(1);
+  });
   name_ = new ElidedLabel("Label17");
   name_->setFixedWidth(wavelength_->width());
   auto* const box = new QVBoxLayout;
@@ -191,8 +197,10 @@ void LineWindow::Refresh() {
   const bool isTheSame = s.linePanel.arc == arc_ && s.linePanel.column == clicked_;
   if (!isTheSame || s.arc[arc_].PixelCentroid(s.peakPixel) == 0)
     Leave();
-  else
+  else {
+    ShowTable();
     ShowFit();
+  }
 }
 
 // All of it, as a click has filled it.
@@ -203,14 +211,19 @@ void LineWindow::ShowPanel() {
   error_->setText(Shown(panel.errorText));
   wavelength_->setText(Shown(panel.wavelengthText).trimmed());
   name_->SetText(Shown(panel.nameText));
+  ShowTable();
+  ShowFit();
+}
+
+// Another table may have been loaded.
+void LineWindow::ShowTable() {
   const QSignalBlocker silent(table_);
   const int entries = desk_.session().wavelengthTable.wlCount;
   table_->setEnabled(entries > 0);
   table_->setRange(1, std::max(1, entries));
   table_->setSingleStep(1);
   table_->setPageStep(10);
-  table_->setValue(panel.tableEntry);
-  ShowFit();
+  table_->setValue(desk_.session().linePanel.tableEntry);
 }
 
 // What changes with the fit; what was typed stays.
@@ -228,10 +241,22 @@ void LineWindow::ScrollTo(int entry) {
   ShowPanel();
 }
 
+// Where no entry is shown yet, the first step shows the one at which the bar stands.
+void LineWindow::Walk(int entries) {
+  if (!table_->isEnabled())
+    return;
+  if (desk_.session().linePanel.wavelengthText.empty())
+    ScrollTo(table_->value());
+  else
+    table_->setValue(table_->value() + entries);
+}
+
 void LineWindow::Update() {
   const Session& s = desk_.session();
   if (const auto step = IdentifyStep(s, NumericPrefix(Typed(wavelength_->text()))))
     desk_.Do(this, *step);
+  wavelength_->setFocus();
+  wavelength_->selectAll();
 }
 
 void LineWindow::UpdateAndClose() {
@@ -263,23 +288,26 @@ void LineWindow::keyPressEvent(QKeyEvent* event) {
       Leave();
       break;
     case Qt::Key_Up:
-      table_->triggerAction(QScrollBar::SliderSingleStepSub);
+      Walk(-1);
       break;
     case Qt::Key_Down:
-      table_->triggerAction(QScrollBar::SliderSingleStepAdd);
+      Walk(+1);
       break;
     case Qt::Key_PageUp:
-      table_->triggerAction(QScrollBar::SliderPageStepSub);
+      Walk(-table_->pageStep());
       break;
     case Qt::Key_PageDown:
-      table_->triggerAction(QScrollBar::SliderPageStepAdd);
+      Walk(+table_->pageStep());
       break;
     default:
       QWidget::keyPressEvent(event);
   }
 }
 
-void LineWindow::wheelEvent(QWheelEvent* event) { table_->setValue(table_->value() - wheel_.Take(*event)); }
+void LineWindow::wheelEvent(QWheelEvent* event) {
+  if (const int notches = wheel_.Take(*event); notches != 0)
+    Walk(-notches);
+}
 
 void LineWindow::closeEvent(QCloseEvent* event) {
   StorePlacement();
@@ -287,7 +315,8 @@ void LineWindow::closeEvent(QCloseEvent* event) {
 }
 
 bool LineWindow::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == over_ && event->type() == QEvent::Hide)
+  // A window that is minimised keeps it, and brings it back.
+  if (watched == over_ && event->type() == QEvent::Hide && !event->spontaneous())
     Leave();
   return QWidget::eventFilter(watched, event);
 }

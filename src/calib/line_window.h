@@ -40,8 +40,10 @@ class LineWindow : public QWidget, public View {
   void Place(const QRect& free, const QScreen& screen);
   void StorePlacement();
   void ShowPanel();
+  void ShowTable();
   void ShowFit();
   void ScrollTo(int entry);
+  void Walk(int entries);
   void Update();
   void UpdateAndClose();
   void Delete();

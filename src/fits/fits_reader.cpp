@@ -163,6 +163,7 @@ void StartOverArc(Session& session, int a) {
   arc.PixelCentroidError.Clear();
   arc.PixelWavelength.Clear();
   arc.LineCount = 0;
+  arc.linRms = 0;
   arc.fitDone = false;
   arc.maskApplied = false;
 

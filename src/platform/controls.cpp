@@ -63,8 +63,8 @@ QSize ElidedLabel::sizeHint() const {
 
 void ElidedLabel::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  painter.drawText(rect(), static_cast<int>(alignment()) | Qt::TextSingleLine,
-                   fontMetrics().elidedText(text(), Qt::ElideMiddle, width()));
+  painter.drawText(contentsRect(), static_cast<int>(alignment()) | Qt::TextSingleLine,
+                   fontMetrics().elidedText(text(), Qt::ElideMiddle, contentsRect().width()));
 }
 
 void KeepRoomFor(QLabel* label, const char* widest) {
