@@ -3,15 +3,31 @@
 # keyboard, screenshots, expectations. To be sourced. Wants Xvfb, openbox, xdotool, xprop, xwininfo, xclip and
 # ImageMagick.
 #
-# The caller sets `scratch`, a folder of its own, whose file `output` is what the program writes, and `pictures`, the
-# folder of the screenshots. Positions are in pixels of a window's client area; a negative one counts from its right
+# A script begins with Begin. Positions are in pixels of a window's client area; a negative one counts from its right
 # or lower edge.
 
 readonly longestWait=20   # seconds until an effect is given up
 readonly tick=0.05        # seconds between two looks
+readonly plotY=150        # a height inside the plot area of every plot window
+readonly mainTitle='^Halmek(\.  File.*)?$'
 
 server='' manager='' program=''
 picture=0
+
+# Begin PROGRAMS_FOLDER OUTPUT_FOLDER, the arguments of the script: sets `programs`, `pictures`, the folder of the
+# screenshots, and `scratch`, a folder that goes with the script, whose file `output` is what the program writes.
+Begin() {
+  if [ $# -ne 2 ]; then
+    echo "usage: $0 PROGRAMS_FOLDER OUTPUT_FOLDER" >&2
+    exit 2
+  fi
+  programs=$(cd "$1" && pwd) || exit 2
+  mkdir -p "$2" && pictures=$(cd "$2" && pwd) || exit 2
+  rm -f "$pictures"/[0-9]*-*.png "$pictures/failed.png"
+  scratch=$(mktemp -d)
+  trap 'StopServer; rm -rf "$scratch"' EXIT
+  trap 'exit 1' INT TERM HUP
+}
 
 # Milliseconds since some moment.
 Now() { local t=$EPOCHREALTIME; echo $((${t/./} / 1000)); }
@@ -266,3 +282,136 @@ Answer() {
 }
 
 IsGone() { ! xdotool search --onlyvisible --name . 2>/dev/null | grep -qx "$1"; }
+
+# ---- controls, by name ------------------------------------------------------------------------------------------
+
+# The script says in `at` where its controls are: positions in the windows as large as they open.
+
+# Push CONTROL
+# shellcheck disable=SC2086,SC2154  # a position is two words
+Push() { Click ${at[$1]}; }
+
+# Enter CONTROL TEXT
+# shellcheck disable=SC2086
+Enter() { TypeInto ${at[$1]} "$2"; }
+
+# Open CONTROL TITLE: a window, by a control of the main window.
+Open() {
+  Activate "$mainTitle"
+  Push "$1"
+  WaitFor "$2"
+}
+
+# ---- plots ------------------------------------------------------------------------------------------------------
+
+# The plot area of `window` begins 800 twips from the left and ends 415 from the right edge of its frame.
+# AcrossPlot FRACTION: the nearest pixel of the client area.
+AcrossPlot() {
+  Measure
+  awk -v fraction="$1" -v outer=$(((WIDTH + frame[0] + frame[1]) * 15)) \
+    'BEGIN { printf "%d\n", (800 + (outer - 415 - 800 + 1) * fraction) / 15 + 0.5 }'
+}
+
+# NumberAt PIXEL COUNT: the number there on an axis of 0..COUNT, rounded.
+NumberAt() {
+  Measure
+  awk -v x=$(($1 * 15)) -v outer=$(((WIDTH + frame[0] + frame[1]) * 15)) -v count="$2" \
+    'BEGIN { printf "%d\n", (x - 800) / (outer - 415 - 800) * count + 0.5 }'
+}
+
+# ClickAt FRACTION [BUTTON]
+ClickAt() { Click "$(AcrossPlot "$1")" $plotY "${2:-1}"; }
+
+Ratio() { awk "BEGIN { print $1 }"; }
+
+# The plot as it looks with the pointer away: sets `plot`.
+SeePlot() {
+  MoveAway
+  plot=$(LookAtPlot)
+}
+
+ExpectPlot() {
+  local what=$1 expected=$2
+  SeePlot
+  [ "$plot" = "$expected" ] || { Shot unexpected; Fail "$what: the plot does not look as before"; }
+}
+
+ExpectOtherPlot() {
+  local what=$1 before=$2
+  SeePlot
+  [ "$plot" != "$before" ] || { Shot unexpected; Fail "$what: the plot has not changed"; }
+}
+
+# ---- start and stop ---------------------------------------------------------------------------------------------
+
+# Start FOLDER [ARGUMENT...]: starts halmek in a folder.
+Start() {
+  cd "$1" || Fail "no folder $1"
+  shift
+  "$programs/halmek" "$@" >"$scratch/output" 2>&1 &
+  program=$!
+}
+
+HasEnded() { ! kill -0 "$program" 2>/dev/null; }
+
+# Waits for the end of the program, and for it to have had nothing to complain of.
+ExpectEnd() {
+  local status
+  Await "the program to end" HasEnded
+  wait "$program"
+  status=$?
+  program=''
+  Expect "exit status" 0 $status
+  Expect "what it wrote on the terminal" "" "$(<"$scratch/output")"
+}
+
+Quit() {
+  Activate "$mainTitle"
+  Press ctrl+q
+  ExpectEnd
+}
+
+ExpectSettings() {
+  local file=$1/Halmek8.ini
+  [ -f "$file" ] || Fail "there is no $file"
+  Expect "lines of the settings" 30 "$(wc -l <"$file")"
+  Expect "lines ended by CR LF" 30 "$(grep -c $'\r$' "$file")"
+}
+
+# ---- places and sizes -------------------------------------------------------------------------------------------
+
+# Resize WIDTH HEIGHT: asks for a size of the client area and waits for it.
+Resize() {
+  xdotool windowsize "$window" "$1" "$2"
+  Await "$1 x $2 of the window" HasSize "$1" "$2"
+  Settle
+}
+
+# ExpectPlace WHAT PLACE: that of `window`, to a pixel.
+ExpectPlace() {
+  local expected seen i
+  read -r -a expected <<<"$2"
+  read -r -a seen < <(OuterPlace)
+  for i in 0 1 2 3; do
+    local off=$((expected[i] - seen[i]))
+    [ ${off#-} -le 1 ] || Fail "$1: left, top, width, height expected '$2', seen '${seen[*]}'"
+  done
+}
+
+# ---- the recipe -------------------------------------------------------------------------------------------------
+
+# SaveRecipe FILE: by the menu of the main window. The steps of a file, without comments and empty lines: StepsOf.
+SaveRecipe() {
+  Activate "$mainTitle"
+  # shellcheck disable=SC2086
+  Menu ${at[main.menuRecipe]} 2
+  Press Return
+  WaitFor --message '^Save Recipe As$'
+  Shot save-recipe
+  TypeText "$1"
+  Press Return
+  Await "$1" test -s "$1"
+  WaitForNo '^Save Recipe As$' message
+}
+
+StepsOf() { grep -v '^ *#\|^ *$' -- "$@"; }

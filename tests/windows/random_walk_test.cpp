@@ -31,8 +31,27 @@ class RandomWalk : public WindowTest {
     WriteFrame("constant.fts", 20, 20, [](int, int) { return 500; });
     WriteFrame("wild.fts", 40, 20, [](int c, int r) { return (c % 3 - 1) * 1e37 * r; });
     WriteFile(folder.File("junk.fts"), "SIMPLE  = T");
-    WriteFile(folder.File("walk.recipe"),
-              "load frame plain.fts\naperture 10 20\nbackground 2 6 24 28 1\ncrunch\nzap 900 1 2\n");
+    const auto lines = [](int every) {
+      return [every](int p) { return 20 + 5000.0 / (1 + std::pow(p % every - every / 2.0, 4)); };
+    };
+    WriteArc("lines.fts", 400, lines(40));
+    WriteArc("dense.fts", 300, lines(9));
+    WriteArc("long.fts", 3000, lines(25));
+    WriteArc("short.fts", 1, lines(9));
+    WriteArc("flat.fts", 200, [](int) { return 7; });
+    WriteArc("dark.fts", 200, [](int p) { return -1.0 * p; });
+    WriteArc("tops.fts", 200, [](int p) { return p % 30 < 8 ? 65535.0 : 100; });
+    std::string mask = "Mask\r\n", table = "Table\r\n";
+    for (int k = 0; k < 10; ++k)
+      mask += std::to_string(40 * k + 20) + " " + std::to_string(5000 + 41 * k) + "\r\n";
+    for (int k = 0; k < 50; ++k)
+      table += std::to_string(5000 + 8 * k) + ",\"Ne, I\"\r\n";
+    WriteFile(folder.File("lines.txt"), mask);
+    WriteFile(folder.File("table.txt"), table);
+    WriteFile(
+        folder.File("walk.recipe"),
+        "load frame plain.fts\naperture 10 20\nbackground 2 6 24 28 1\ncrunch\nload arc1 lines.fts\n"
+        "load mask lines.txt\nload table table.txt\napply-mask arc1\nfit-deviations arc1 3\nzap 900 1 2\n");
     platform.fileToOpen = folder.File("walk.recipe");
     platform.fileToSave = folder.File("saved.recipe");
     session->settingsPath = folder.File("Halmek8.ini");
@@ -45,6 +64,16 @@ class RandomWalk : public WindowTest {
     SetFrame(*s, columns, rows, value);
     s->slot[slots::frame].savePixelType = -32;
     SaveFits2D(*s, name);
+  }
+
+  void WriteArc(const std::string& name, int pixels, const std::function<double(int)>& value) {
+    const auto s = SessionIn(folder.path());
+    std::vector<double> values;
+    for (int p = 1; p <= pixels; ++p)
+      values.push_back(value(p));
+    SetSpectrum(*s, slots::object, values);
+    s->slot[slots::object].savePixelType = -32;
+    SaveFits1D(*s, slots::object, name);
   }
 
   int Any(int n) { return std::uniform_int_distribution<int>(0, n - 1)(random); }
@@ -101,8 +130,8 @@ class RandomWalk : public WindowTest {
   }
 
   void Type(QWidget* window) {
-    static const QStringList texts{"0",     "",    "3",         "12.5", "-4", "60", "99999",
-                                   "1e400", "abc", "plain.fts", "1",    "20", "7"};
+    static const QStringList texts{"0",   "",          "3", "12.5", "-4", "60",   "99999",  "1e400",
+                                   "abc", "plain.fts", "1", "20",   "7",  "5020", "5061.5", "5102"};
     if (auto* const box = AnyShown<QLineEdit>(window))
       box->setText(texts[Any(static_cast<int>(texts.size()))]);
   }
@@ -153,12 +182,48 @@ class RandomWalk : public WindowTest {
     static const std::vector<std::string> files{"plain.fts", "plain.fts",  "large.fts", "dot.fts",
                                                 "row.fts",   "column.fts", "zero.fts",  "constant.fts",
                                                 "wild.fts",  "junk.fts",   "none.fts"};
-    main.actions().LoadFrameFrom(files[static_cast<size_t>(Any(static_cast<int>(files.size())))]);
+    static const std::vector<std::string> spectra{"lines.fts", "lines.fts", "dense.fts", "long.fts",
+                                                  "short.fts", "flat.fts",  "dark.fts",  "tops.fts",
+                                                  "junk.fts",  "none.fts",  "plain.fts"};
+    const auto any = [this](const std::vector<std::string>& names) {
+      return names[static_cast<size_t>(Any(static_cast<int>(names.size())))];
+    };
+    switch (Any(6)) {
+      case 0:
+      case 1:
+        return main.actions().LoadFrameFrom(any(files));
+      case 2:
+        desk.Do(&main, steps::Load{"object", any(spectra)});
+        return;
+      case 3:
+        desk.Do(&main, Any(2) == 0 ? steps::Load{"table", "table.txt"} : steps::Load{"mask", "lines.txt"});
+        return;
+      case 4:
+        desk.Do(&main, steps::Load{"arc2", any(spectra)});
+        return;
+      default:
+        desk.Do(&main, steps::Load{"arc1", any(spectra)});
+    }
+  }
+
+  // Clicks at a line of an arc, which blind clicks seldom meet.
+  void ClickArc() {
+    const int a = 1 + Any(2);
+    QWidget* window = nullptr;
+    for (QWidget* shown : QApplication::topLevelWidgets())
+      if (shown->isVisible() && shown->objectName() == (a == 1 ? "frmPlot_Arc1" : "frmPlot_Arc2"))
+        window = shown;
+    if (window == nullptr || Pixels(session->slot[a]) == 0)
+      return main.actions().PlotArc(a);
+    const PlotFrame& f = session->arc[a].plotFrame;
+    const double x = ScreenX(f, 1 + Any(Pixels(session->slot[a])));
+    QTest::mouseClick(window->findChild<QWidget*>("surface"), Qt::LeftButton, {},
+                      QPoint(PixelsOf(x), PixelsOf((f.plotTop + f.plotBottom) / 2.0)));
   }
 
   void Step() {
     QWidget* const window = AnyWindow();
-    switch (Any(20)) {
+    switch (Any(24)) {
       case 0:
         return LoadAny();
       case 1:
@@ -187,6 +252,14 @@ class RandomWalk : public WindowTest {
       case 13:
       case 14:
         return UseMouse(window);
+      case 15:
+      case 16:
+      case 17:
+        return ClickArc();
+      case 18:
+        if (window->objectName() == "frmClickMax")
+          QTest::keyClick(window->findChild<QLineEdit*>(), Any(3) == 0 ? Qt::Key_Down : Qt::Key_Return);
+        return;
       default:
         return PressButton(window);
     }
@@ -210,6 +283,20 @@ class RandomWalk : public WindowTest {
       ASSERT_TRUE(s.slice.sliceColumn >= 1 && s.slice.sliceColumn <= Columns(s)) << event;
     }
     ASSERT_FALSE(platform.isBusy) << event;
+    for (int a : {1, 2}) {
+      const Arc& arc = s.arc[a];
+      ASSERT_TRUE(arc.LineCount >= 0 && arc.LineCount <= lastLine) << event;
+      for (int k = 1; k <= arc.LineCount; ++k) {
+        // The lines of an arc stay where another one stops loading halfway.
+        ASSERT_TRUE(arc.ArcLineColumn(k) >= 1 &&
+                    (arc.ArcLineColumn(k) <= Pixels(s.slot[a]) || !s.slot[a].isWhole))
+            << event << ": line " << k << " of arc " << a;
+        ASSERT_TRUE(arc.ArcLineWavelength(k) >= 3000 && arc.ArcLineWavelength(k) <= 9000) << event;
+      }
+      mostLines = std::max(mostLines, arc.LineCount);
+      wasFitted = wasFitted || arc.fitDone;
+    }
+    wasCorrected = wasCorrected || !s.workflow.correctionStatus.empty();
     ASSERT_LE(s.continuum.continuumPointCount, Continuum::lastPoint) << event;
   }
 
@@ -220,6 +307,9 @@ class RandomWalk : public WindowTest {
     return count;
   }
 
+  // How far the walk came at its best: it must not merely wander among refusals.
+  int mostLines = 0;
+  bool wasFitted = false, wasCorrected = false;
   std::mt19937 random{20260711};
   MainWindow main{desk};
 };
@@ -240,6 +330,8 @@ TEST_F(RandomWalk, AHundredThousandEventsLeaveNoDamage) {
       return;
     platform.messages.clear();
   }
+  EXPECT_GT(mostLines, 5);
+  EXPECT_TRUE(wasFitted && wasCorrected);
   EXPECT_LE(WidgetCount(), widgets + widgets / 10);
 }
 

@@ -1,0 +1,96 @@
+// The deviations' windows, by their controls.
+#include <gtest/gtest.h>
+
+#include "windows/part2_test.h"
+
+namespace halmek::test {
+namespace {
+
+class DeviationWindowTest : public Part2Test {
+ protected:
+  Arc& arc = session->arc[1];
+
+  DeviationWindowTest() { OpenArc(1, test::Columns(8, 100, 100)); }
+  QWidget* OpenWith(int lines) {
+    IdentifyLines(1, 1, lines);
+    Press(ArcPlot(1), "Command1");
+    return Deviations(1);
+  }
+  void FitWith(int power) {
+    Choose(Deviations(1), "Combo1", power - 2);
+    Press(Deviations(1), "Command1");
+  }
+  std::string Label(const char* name) { return LabelText(Deviations(1), name); }
+};
+
+TEST_F(DeviationWindowTest, EachPowerNeedsOneLineMoreAndTwoLinesAMask) {
+  QWidget* const window = OpenWith(3);
+  Delete(1, 300);
+  Press(window, "Command1");
+  EXPECT_EQ(platform.TakeMessages(),
+            Texts{"You haven't identified enough lines.  At least three are required."});
+  LoadMask("100 5060\r\n200 5120\r\n");
+  Press(ArcPlot(1), "Command6");
+  for (int power : {2, 3, 4, 5}) {
+    FitWith(power);
+    EXPECT_EQ(platform.TakeMessages(),
+              Texts{"For a fit of power " + std::to_string(power) + ", you need at least " +
+                    std::to_string(power + 1) + " terms.  Please try again."});
+    EXPECT_FALSE(arc.fitDone);
+    IdentifyLines(1, power + 1, power + 1);
+    FitWith(power);
+    const bool isFitted = power < 5;
+    EXPECT_EQ(platform.TakeMessages(),
+              Told(isFitted ? nullptr : "Sorry; this has not been implemented yet."));
+    EXPECT_EQ(Label("Label13") + LabelText(main.get(), "Label31"), isFitted ? "DONE!DONE!" : "") << power;
+    EXPECT_EQ(Marks(window), std::string(static_cast<size_t>(power) + 1, 'o') + (isFitted ? "Bob" : "ob"));
+    Press(window, "Command3");
+  }
+}
+
+TEST_F(DeviationWindowTest, FollowsTheLinesAndSaysWhatTheFitIsWorth) {
+  QWidget* const window = OpenWith(7);
+  const auto reopen = [&] { Press(ArcPlot(1), "Command1"); };
+  const auto stale = "power 4 was fitted before the lines changed: fit it again||";
+  const struct {
+    const char* what;
+    std::function<void()> event;
+    const char *marks, *words;
+  } events[] = {
+      {"opened", [] {}, "oooooooob", "power 4 not fitted yet; straight line through 7 lines|RMS|largest"},
+      {"fitted", [&] { FitWith(4); }, "oooooooBob", "power 4 through 7 lines|RMS|largest"},
+      {"chosen", [&] { Choose(window, "Combo1", 0); }, "oooooooob",
+       "power 2 not fitted yet; straight line through 7 lines|RMS|largest"},
+      {"fitted with 2", [&] { FitWith(2); }, "oooooooBob", "power 2 through 7 lines|RMS|largest"},
+      {"hidden", [&] { Press(window, "Command2"), reopen(); }, "oooooooBob",
+       "power 2 through 7 lines|RMS|largest"},
+      {"loaded anew", [&] { window->close(), reopen(); }, "oooooooBob",
+       "power 4 through 7 lines|RMS|largest"},
+      {"a line deleted", [&] { Delete(1, 300); }, "ooooooBob", stale},
+      {"another deleted", [&] { Delete(1, 600); }, "oooooBob", stale},
+      {"fitted again", [&] { FitWith(4); }, "oooooBob",
+       "power 4 through 5 lines, as many as it needs: nothing tells how good it is||"},
+      {"all deleted", [&] { Press(ArcPlot(1), "Command2"); }, "ob",
+       "0 lines identified: at least three are needed||"},
+      {"identified again", [&] { IdentifyLines(1, 1, 3); }, "oooob",
+       "power 4 not fitted yet; straight line through 3 lines|RMS|largest"},
+      {"another arc", [&] { LoadValues("arc1", ArcOf(900, {50})); }, "ob",
+       "0 lines identified: at least three are needed||"},
+  };
+  for (const auto& e : events) {
+    e.event();
+    EXPECT_EQ(Marks(window), e.marks) << e.what;
+    EXPECT_EQ(
+        Label("labelFit") + "|" + Label("labelRms").substr(0, 3) + "|" + Label("labelLargest").substr(0, 7),
+        e.words)
+        << e.what;
+    for (int k = 1; k <= arc.LineCount; ++k)
+      EXPECT_EQ(arc.Deviation(k),
+                arc.linIntercept + arc.linSlope * arc.ArcLineColumn(k) - arc.ArcLineWavelength(k))
+          << e.what;
+    EXPECT_EQ(platform.TakeMessages(), Texts{}) << e.what;
+  }
+}
+
+}  // namespace
+}  // namespace halmek::test
