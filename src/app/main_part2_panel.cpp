@@ -45,8 +45,8 @@ void Part2Panel::AddArc(QGridLayout* grid, int row, int arc) {
   object_[arc] = new ElidedLabel(names.object);
   QLabel* const title = NewLabel({}, "Arc " + QString::number(arc));
   title->setContentsMargins(14, 0, 0, 0);
-  file_[arc]->setContentsMargins(14, 0, 0, 0);
   auto* const lines = new QVBoxLayout;
+  lines->setContentsMargins(14, 0, 0, 0);
   lines->setSpacing(0);
   lines->addWidget(file_[arc]);
   lines->addWidget(object_[arc]);

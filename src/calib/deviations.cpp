@@ -160,9 +160,9 @@ Drawing PlotDeviations(Session& s, int a, WindowSize window) {
 
   Drawing drawing(window, "Plot Wavelength Differences - Arc " + std::to_string(a));
   DrawAxes(drawing, f, deviationAxes);
-  DrawDots(drawing, arc);
   if (arc.fitDone && arc.DeviationCoef[arc.fitPower].power != 0)
     DrawDeviationCurve(drawing, arc, pixels);
+  DrawDots(drawing, arc);
   DrawLegend(drawing, f);
   return drawing;
 }

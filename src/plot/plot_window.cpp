@@ -34,11 +34,11 @@ PlotWindow::PlotWindow(Desk& desk, const char* name, SizedPlacement& placement)
   area_->setMinimumSize(1, 1);
   area_->installEventFilter(this);
   AddFileMenu();
-  surface_->SetMouseHandlers({.move = [this](double x, double y) { PointTo(x, y); },
+  surface_->SetMouseHandlers({.move = [this](double x, double y) { MovePointer(x, y); },
                               .leftClick = [this](double x, double y) { ClickLeft(x, y); },
                               .rightClick = [this](double x, double y) { ClickRight(x, y); },
                               .otherClick = [this](double x, double y) { ClickOther(x, y); },
-                              .leave = [this] { PointTo(-1, -1); },
+                              .leave = [this] { MovePointer(-1, -1); },
                               .wheel = [this](QWheelEvent* event) { Wheel(event); },
                               .toolTip = [this](double x, double y) { return ToolTipAt(x, y); }});
   desk_.AddView(*this);
@@ -94,6 +94,13 @@ void PlotWindow::Redraw() {
   }
   ArrangeParts();
   ShowState();
+  PointTo(pointerX_, pointerY_);
+}
+
+void PlotWindow::MovePointer(double x, double y) {
+  pointerX_ = x;
+  pointerY_ = y;
+  PointTo(x, y);
 }
 
 void PlotWindow::Return() {

@@ -89,6 +89,7 @@ class PlotWindow : public QMainWindow, public View {
   void AddFileMenu();
   void ArrangeParts();
   void Resized();
+  void MovePointer(double x, double y);
 
   Desk& desk_;
   SizedPlacement& placement_;
@@ -101,6 +102,7 @@ class PlotWindow : public QMainWindow, public View {
   bool loaded_ = false;
   bool framed_ = false;  // the desktop has put the window into its frame
   WheelNotches wheel_;
+  double pointerX_ = -1, pointerY_ = -1;  // in twips, where the read-outs are of
 };
 
 // Puts a scroll bar to a state without telling its handler.
