@@ -213,6 +213,8 @@ void LineWindow::ShowPanel() {
   name_->SetText(Shown(panel.nameText));
   ShowTable();
   ShowFit();
+  const QSignalBlocker silent(table_);
+  table_->setValue(panel.tableEntry);
 }
 
 // Another table may have been loaded.
@@ -223,7 +225,6 @@ void LineWindow::ShowTable() {
   table_->setRange(1, std::max(1, entries));
   table_->setSingleStep(1);
   table_->setPageStep(10);
-  table_->setValue(desk_.session().linePanel.tableEntry);
 }
 
 // What changes with the fit; what was typed stays.

@@ -111,5 +111,23 @@ TEST_F(ArcWindowTest, ArcsWithoutGoodLinesAreShownAndTheirClicksAndMasksRefused)
   }
 }
 
+TEST_F(ArcWindowTest, AMaskIsShownInTheWindowThatAskedForIt) {
+  for (int a : {1, 2})
+    OpenArc(a, {200, 500});
+  Identify(1, 200, 5200);
+  const auto choose = [&](const char* button, const char* chooser, const QString& name) {
+    Press(ArcPlot(1), button);
+    PlotArc(2);  // which makes the other arc current
+    Type(Window(chooser), "Text1", name);
+    Press(Window(chooser), "Command1");
+    EXPECT_EQ(platform.TakeMessages(), Texts{});
+    EXPECT_EQ(LabelText(ArcPlot(1), "Label13") + "|" + LabelText(ArcPlot(2), "Label13"),
+              name.toStdString() + "|");
+  };
+  choose("Command4", "frmSave_Mask", "saved.dat");
+  WriteFile(folder.File("other.dat"), "Mask\r\n200 5200\r\n");
+  choose("Command5", "frmLoad_Mask", "other.dat");
+}
+
 }  // namespace
 }  // namespace halmek::test

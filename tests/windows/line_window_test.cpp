@@ -155,20 +155,6 @@ TEST_F(LineWindowTest, WithoutATableTheWavelengthIsTyped) {
   EXPECT_EQ(Wavelength() + Labels({"Label17"}), "4000.00000only") << "however far it lies";
 }
 
-TEST_F(LineWindowTest, DeletionTakesBothOfTwoPeaksTwoPixelsApart) {
-  std::vector<double> values = ArcOf(1000, {500, 800});
-  const double pair[] = {10, 60, 300, 150, 280, 60, 10};
-  std::copy(std::begin(pair), std::end(pair), values.begin() + 196);
-  LoadValues("arc1", values);
-  for (int column : {199, 210, 500, 800})
-    Identify(1, column, 5000 + column);
-  ASSERT_EQ(arc.LineCount, 4);
-  Delete(1, 199);
-  EXPECT_FALSE(IsLineOpen());
-  EXPECT_EQ(Columns(1), (std::vector<double>{500, 800}));
-  EXPECT_EQ(MarkCount(1), 2);
-}
-
 TEST_F(LineWindowTest, StandsClearOfTheLineAndKeepsItsOwnPlace) {
   const auto place = [&] {
     return QPoint(PixelsOf(session->clickMax.left), PixelsOf(session->clickMax.top));
