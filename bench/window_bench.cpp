@@ -100,6 +100,7 @@ class NoPlatform : public Platform {
   void SetBusy(QWidget*, bool) override {}
   std::optional<std::string> FileToOpen(QWidget*, const FileQuestion&) override { return {}; }
   std::optional<std::string> FileToSave(QWidget*, const FileQuestion&) override { return {}; }
+  bool SetUpPrinter(QWidget*, QPrinter&) override { return false; }
 };
 
 // The program's windows in a folder of their own, which holds large.fts, 3000 x 500 pixels of 16 bits.

@@ -250,7 +250,7 @@ void Actions::SaveRecipe() {
       mainWindow_, {.title = "Save Recipe As",
                     .folder = session().dataFolder,
                     .name = (frame.empty() ? std::string("halmek") : BaseName(frame)) + ".recipe",
-                    .pattern = recipePattern});
+                    .patterns = {recipePattern}});
   if (file)
     desk_.Try(mainWindow_, [&] { AtomicWrite(*file, SavedRecipe(session(), *file)); });
 }
@@ -258,7 +258,7 @@ void Actions::SaveRecipe() {
 void Actions::RunRecipe() {
   const auto file = desk_.platform().FileToOpen(
       mainWindow_,
-      {.title = "Run Recipe", .folder = session().dataFolder, .name = {}, .pattern = recipePattern});
+      {.title = "Run Recipe", .folder = session().dataFolder, .name = {}, .patterns = {recipePattern}});
   if (!file)
     return;
   RecipeReport report;

@@ -1,7 +1,6 @@
 // The recipe's window.
 #include "app/recipe_window.h"
 
-#include <QAction>
 #include <QClipboard>
 #include <QFontDatabase>
 #include <QGuiApplication>
@@ -37,10 +36,7 @@ RecipeWindow::RecipeWindow(Desk& desk) : desk_(desk), text_(new QPlainTextEdit(t
   column->addWidget(text_);
   column->addLayout(buttons);
 
-  auto* const escape = new QAction(this);
-  escape->setShortcuts({QKeySequence(Qt::Key_Escape), QKeySequence(QKeySequence::Close)});
-  connect(escape, &QAction::triggered, this, [this] { this->close(); });
-  addAction(escape);
+  CloseOnEscape(*this);
   desk_.AddView(*this);
 }
 

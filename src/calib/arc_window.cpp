@@ -17,11 +17,11 @@ namespace halmek {
 namespace {
 
 // The names that differ between the two.
-struct ArcNames {
-  const char *window, *fileMenu, *help;
-};
-constexpr ArcNames arcNames[] = {
-    {}, {"frmPlot_Arc1", "nFile", "Arc1Help"}, {"frmPlot_Arc2", "m2File", "mHelpArc2"}};
+constexpr PlotWindowNames arcNames[] = {
+    {},
+    {.window = "frmPlot_Arc1", .fileMenu = "nFile", .printSetup = "nPrintSetup", .print = "nPrint"},
+    {.window = "frmPlot_Arc2", .fileMenu = "m2File", .printSetup = "m2Printsetup", .print = "mPrint"}};
+constexpr const char* helpNames[] = {"", "Arc1Help", "mHelpArc2"};
 
 // Pixels on either side of a clicked line that its identification leaves uncovered.
 constexpr int besideLine = 24;
@@ -29,13 +29,12 @@ constexpr int besideLine = 24;
 }  // namespace
 
 ArcWindow::ArcWindow(Desk& desk, int arc, ArcCompanions companions)
-    : PlotWindow(desk, arcNames[arc].window, desk.session().plot1D[arc]),
+    : PlotWindow(desk, arcNames[arc], desk.session().plot1D[arc]),
       arc_(arc),
       word_(NameOfSlot(arc)),
       companions_(std::move(companions)) {
-  fileMenu()->menuAction()->setObjectName(arcNames[arc].fileMenu);
   QAction* const help = menuBar()->addAction("Help", this, [this] { companions_.showHelp(); });
-  help->setObjectName(arcNames[arc].help);
+  help->setObjectName(helpNames[arc]);
   AddMasks();
   AddFit();
   AddReadOuts();
@@ -85,6 +84,8 @@ void ArcWindow::AddButtons() {
   band().AddGroup({accept, NewButton("Command7", "Cancel", [this] { Return(); })});
   band().AddGroup({maskName_});
 }
+
+std::string ArcWindow::PictureName() const { return BaseName(DataName(session().slot[arc_])) + "_lines"; }
 
 std::optional<Drawing> ArcWindow::Draw(WindowSize size) { return PlotArc(session(), arc_, size); }
 

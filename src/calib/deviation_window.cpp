@@ -9,7 +9,7 @@
 namespace halmek {
 namespace {
 
-constexpr const char* windowNames[] = {"", "frmPlot_WL_Diff1", "frmPlot_WL_Diff2"};
+constexpr PlotWindowNames windowNames[] = {{}, {"frmPlot_WL_Diff1"}, {"frmPlot_WL_Diff2"}};
 
 constexpr int leastPower = 2, usualPower = 4;
 
@@ -75,6 +75,10 @@ void DeviationWindow::AddQuality() {
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     band().AddGroup({label});
   }
+}
+
+std::string DeviationWindow::PictureName() const {
+  return BaseName(DataName(session().slot[arc_])) + "_deviations";
 }
 
 std::optional<Drawing> DeviationWindow::Draw(WindowSize size) {

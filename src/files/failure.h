@@ -55,6 +55,7 @@ inline constexpr int diskFull = 61;
 inline constexpr int pastEndOfFile = 62;
 inline constexpr int badFileName = 64;
 inline constexpr int tooManyFiles = 67;
+inline constexpr int deviceUnavailable = 68;
 inline constexpr int permissionDenied = 70;
 inline constexpr int pathAccess = 75;
 inline constexpr int pathNotFound = 76;

@@ -1,9 +1,13 @@
 // Shared controls.
 #include "platform/controls.h"
 
+#include <QAction>
 #include <QFocusEvent>
+#include <QFontInfo>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QSignalBlocker>
+#include <algorithm>
 #include <utility>
 
 namespace halmek {
@@ -76,6 +80,29 @@ EntryBox* NewNumberBox(const QString& name, const QString& tip) {
   box->setFixedWidth(box->fontMetrics().horizontalAdvance("0000000"));
   box->setToolTip(tip);
   return box;
+}
+
+void ShowScrollBar(QScrollBar* bar, const ScrollBar& state) {
+  const QSignalBlocker silent(bar);
+  bar->setRange(state.min, std::max(state.min, state.max));
+  bar->setSingleStep(std::max(1, state.smallChange));
+  bar->setPageStep(std::max(1, state.largeChange));
+  bar->setValue(state.value);
+}
+
+void CloseOnEscape(QWidget& window) {
+  auto* const close = new QAction(&window);
+  close->setShortcuts({QKeySequence(Qt::Key_Escape), QKeySequence(QKeySequence::Close)});
+  QObject::connect(close, &QAction::triggered, &window, [&window] { window.close(); });
+  window.addAction(close);
+}
+
+QFont TitleFont(double scale) {
+  QFont font("Arial");
+  font.setStyleHint(QFont::SansSerif);
+  font.setPixelSize(qRound(QFontInfo(QFont()).pixelSize() * scale));
+  font.setBold(true);
+  return font;
 }
 
 QLabel* NewLabel(const QString& name, const QString& text, QWidget* parent) {

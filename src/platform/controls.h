@@ -2,11 +2,15 @@
 #pragma once
 
 #include <QComboBox>
+#include <QFont>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QWheelEvent>
 #include <functional>
+
+#include "plot/scroll_bar.h"
 
 namespace halmek {
 
@@ -60,6 +64,15 @@ void KeepRoomFor(QLabel* label, const char* widest);
 
 // A box for a number of up to five digits, with a tooltip.
 EntryBox* NewNumberBox(const QString& name, const QString& tip);
+
+// Puts a scroll bar to a state without telling its handler.
+void ShowScrollBar(QScrollBar* bar, const ScrollBar& state);
+
+// Lets the escape key, and the desktop's key for it, close a window.
+void CloseOnEscape(QWidget& window);
+
+// The font of titles, `scale` times the size of the usual one.
+QFont TitleFont(double scale);
 
 // Controls with their object names. Captions are shown as they stand: an "&" is no mnemonic.
 QLabel* NewLabel(const QString& name, const QString& text, QWidget* parent = nullptr);

@@ -8,6 +8,7 @@
 
 #include "app/session.h"
 #include "platform/platform.h"
+#include "platform/printing.h"
 #include "steps/steps.h"
 
 namespace halmek {
@@ -30,6 +31,7 @@ class Desk {
   Session& session() { return session_; }
   const Session& session() const { return session_; }
   Platform& platform() { return platform_; }
+  Printing& printing() { return printing_; }
 
   // Performs the steps in order under the busy pointer, up to the first that fails, whose message is shown
   // over the window. Then refreshes all views and shows the warnings in one box. Returns true if all
@@ -56,6 +58,7 @@ class Desk {
  private:
   Session& session_;
   Platform& platform_;
+  Printing printing_;
   std::vector<View*> views_;
   QWidget* mainWindow_ = nullptr;
 };

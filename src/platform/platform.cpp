@@ -1,8 +1,10 @@
-// Message boxes, pointer and file dialogs of the desktop.
+// Message boxes, pointer, file and printer dialogs of the desktop.
 #include "platform/platform.h"
 
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QPrintDialog>
+#include <QPrinter>
 
 #include "platform/text.h"
 #include "platform/twips.h"
@@ -30,8 +32,17 @@ std::optional<std::string> Ask(QWidget* over, const FileQuestion& question, QFil
   QFileDialog dialog(over, Shown(question.title), QFile::decodeName(question.folder.c_str()));
   dialog.setAcceptMode(mode);
   dialog.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
-  dialog.setNameFilters({Shown(question.pattern), "*"});
-  dialog.setDefaultSuffix(QString::fromStdString(question.pattern).section('.', -1));
+  QStringList filters;
+  for (const std::string& pattern : question.patterns)
+    filters.push_back(Shown(pattern));
+  const auto suffixOf = [](const QString& filter) { return filter.section('.', -1); };
+  dialog.setDefaultSuffix(suffixOf(filters.front()));
+  QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&](const QString& filter) {
+    if (filter != "*")
+      dialog.setDefaultSuffix(suffixOf(filter));
+  });
+  filters.push_back("*");
+  dialog.setNameFilters(filters);
   dialog.selectFile(QFile::decodeName(question.name.c_str()));
   dialog.resize(PixelsOf(12000), PixelsOf(6500));
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
@@ -65,6 +76,17 @@ std::optional<std::string> QtPlatform::FileToOpen(QWidget* over, const FileQuest
 
 std::optional<std::string> QtPlatform::FileToSave(QWidget* over, const FileQuestion& question) {
   return Ask(over, question, QFileDialog::AcceptSave);
+}
+
+bool QtPlatform::SetUpPrinter(QWidget* over, QPrinter& printer) {
+  QPrintDialog dialog(&printer, over);
+  dialog.setWindowTitle("Print Setup");
+  // What is printed is one page, of which no range can be chosen. The dialog shows the choice whatever its
+  // options.
+  dialog.setOptions(QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintShowPageSize);
+  if (auto* const range = dialog.findChild<QWidget*>("gbPrintRange"))
+    range->setEnabled(false);
+  return dialog.exec() == QDialog::Accepted;
 }
 
 }  // namespace halmek

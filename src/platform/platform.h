@@ -1,10 +1,12 @@
-// What the windows ask of the desktop: message boxes, the busy pointer, file dialogs. Tests answer in its
-// place.
+// What the windows ask of the desktop: message boxes, the busy pointer, file and printer dialogs. Tests
+// answer in its place.
 #pragma once
 
 #include <optional>
 #include <string>
+#include <vector>
 
+class QPrinter;
 class QWidget;
 
 namespace halmek {
@@ -14,9 +16,10 @@ struct Message {
   std::string text, detail;
 };
 
-// What a file dialog is for; `pattern` is as in "*.recipe".
+// What a file dialog is for. The first pattern, as in "*.recipe", is that of the name proposed.
 struct FileQuestion {
-  std::string title, folder, name, pattern;
+  std::string title, folder, name;
+  std::vector<std::string> patterns;
 };
 
 class Platform {
@@ -32,6 +35,9 @@ class Platform {
   // The full name of a file that the user chooses; nothing where the dialog is cancelled.
   virtual std::optional<std::string> FileToOpen(QWidget* over, const FileQuestion& question) = 0;
   virtual std::optional<std::string> FileToSave(QWidget* over, const FileQuestion& question) = 0;
+
+  // Shows the printer dialog for `printer`, which it changes. Returns false where it is cancelled.
+  virtual bool SetUpPrinter(QWidget* over, QPrinter& printer) = 0;
 };
 
 // The desktop itself.
@@ -41,6 +47,7 @@ class QtPlatform : public Platform {
   void SetBusy(QWidget* window, bool busy) override;
   std::optional<std::string> FileToOpen(QWidget* over, const FileQuestion& question) override;
   std::optional<std::string> FileToSave(QWidget* over, const FileQuestion& question) override;
+  bool SetUpPrinter(QWidget* over, QPrinter& printer) override;
 };
 
 }  // namespace halmek

@@ -9,12 +9,12 @@
 #include "platform/painting.h"
 #include "platform/text.h"
 #include "platform/twips.h"
+#include "plot/picture.h"
 
 namespace halmek {
 namespace {
 
 constexpr std::string_view spacingLabel = "Label8";
-constexpr float valueLabelsEnd = 585;  // twips, left of where the first number of the lower axis begins
 
 }  // namespace
 
@@ -67,9 +67,7 @@ void PlotSurface::ShowTexts() {
     QLabel* const label = LabelNamed(text->control);
     label->setText(Shown(text->text));
     label->adjustSize();
-    // The values of the left axis end in one line, where they are not too long.
-    const bool isValue = text->topLeft.x == 0;
-    label->move(isValue ? std::max(0, PixelsOf(valueLabelsEnd) - label->width()) : PixelsOf(text->topLeft.x),
+    label->move(PixelsOf(LeftOf(*text, static_cast<float>(TwipsOf(label->width())))),
                 PixelsOf(text->topLeft.y));
     label->show();
   }

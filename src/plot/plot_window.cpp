@@ -5,14 +5,17 @@
 #include <QCloseEvent>
 #include <QMenu>
 #include <QMenuBar>
-#include <QSignalBlocker>
 #include <QWheelEvent>
 #include <algorithm>
+#include <filesystem>
 #include <utility>
 
+#include "files/failure.h"
+#include "platform/picture_file.h"
 #include "platform/placement.h"
 #include "platform/text.h"
 #include "platform/twips.h"
+#include "plot/plot_page.h"
 
 namespace halmek {
 namespace {
@@ -22,18 +25,18 @@ constexpr int bandTop = 1550;
 
 }  // namespace
 
-PlotWindow::PlotWindow(Desk& desk, const char* name, SizedPlacement& placement)
+PlotWindow::PlotWindow(Desk& desk, const PlotWindowNames& names, SizedPlacement& placement)
     : desk_(desk),
       placement_(placement),
       area_(new QWidget(this)),
       surface_(new PlotSurface(area_)),
       band_(new ControlBand(area_)) {
-  setObjectName(name);
+  setObjectName(names.window);
   setCentralWidget(area_);
   // Any size is allowed; what does not fit is cut off.
   area_->setMinimumSize(1, 1);
   area_->installEventFilter(this);
-  AddFileMenu();
+  AddFileMenu(names);
   surface_->SetMouseHandlers({.move = [this](double x, double y) { MovePointer(x, y); },
                               .leftClick = [this](double x, double y) { ClickLeft(x, y); },
                               .rightClick = [this](double x, double y) { ClickRight(x, y); },
@@ -46,11 +49,40 @@ PlotWindow::PlotWindow(Desk& desk, const char* name, SizedPlacement& placement)
 
 PlotWindow::~PlotWindow() { desk_.RemoveView(*this); }
 
-void PlotWindow::AddFileMenu() {
-  fileMenu_ = menuBar()->addMenu("File");
-  fileMenu_->setObjectName("mFile");
-  QAction* const exit = fileMenu_->addAction("Exit", QKeySequence::Close, this, [this] { Return(); });
-  exit->setObjectName("mExit");
+void PlotWindow::AddFileMenu(const PlotWindowNames& names) {
+  QMenu* const file = menuBar()->addMenu("File");
+  file->setObjectName(names.fileMenu);
+  file->addAction("Print Setup ...", this,
+                  [this] { desk_.printing().SetUp(desk_.platform(), this, session().dataFolder); })
+      ->setObjectName(names.printSetup);
+  file->addAction("Print", QKeySequence::Print, this, [this] { Print(); })->setObjectName(names.print);
+  file->addAction("Save Picture As ...", this, [this] { SavePictureAs(); })->setObjectName("mSavePicture");
+  file->addSeparator()->setObjectName("mDash");
+  file->addAction("Exit", QKeySequence::Close, this, [this] { Return(); })->setObjectName("mExit");
+}
+
+void PlotWindow::Print() {
+  try {
+    const std::string file =
+        desk_.printing().Print(windowTitle(), [this](QPainter& painter, const QRectF& page) {
+          PaintPage(painter, page, *area_, *surface_, windowTitle());
+        });
+    if (!file.empty())
+      desk_.Tell(this, "The page is in the file " + LeafName(file) + ".",
+                 "in the folder " + std::filesystem::path(file).parent_path().string());
+  } catch (const RunTimeError& error) {
+    desk_.Tell(this, std::to_string(error.number()) + " " + std::string(ErrorText(error.number())),
+               error.detail());
+  }
+}
+
+void PlotWindow::SavePictureAs() {
+  const auto file = desk_.platform().FileToSave(this, {.title = "Save Picture As",
+                                                       .folder = session().dataFolder,
+                                                       .name = PictureName() + ".png",
+                                                       .patterns = {"*.png", "*.svg", "*.pdf"}});
+  if (file && surface_->drawing())
+    desk_.Try(this, [&] { SavePicture(*surface_->drawing(), *file); });
 }
 
 bool PlotWindow::Open() {
@@ -204,14 +236,6 @@ void PlotWindow::Resized() {
   }
   Store(placement_, *this);
   Redraw();
-}
-
-void ShowScrollBar(QScrollBar* bar, const ScrollBar& state) {
-  const QSignalBlocker silent(bar);
-  bar->setRange(state.min, std::max(state.min, state.max));
-  bar->setSingleStep(std::max(1, state.smallChange));
-  bar->setPageStep(std::max(1, state.largeChange));
-  bar->setValue(state.value);
 }
 
 }  // namespace halmek

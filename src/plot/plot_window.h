@@ -2,16 +2,23 @@
 #pragma once
 
 #include <QMainWindow>
-#include <QScrollBar>
+#include <utility>
 
 #include "platform/control_band.h"
 #include "platform/controls.h"
 #include "platform/desk.h"
 #include "platform/plot_surface.h"
 #include "plot/plot_frame.h"
-#include "plot/scroll_bar.h"
 
 namespace halmek {
+
+// The names by which a plot window and its menu are found.
+struct PlotWindowNames {
+  const char* window;
+  const char* fileMenu = "mFile";
+  const char* printSetup = "mPrintSetup";
+  const char* print = "mPrint";
+};
 
 // The plot stands on the surface above, the controls in a band below it. A window is loaded when it is first
 // shown and until its close box is used; its buttons only hide it.
@@ -30,18 +37,21 @@ class PlotWindow : public QMainWindow, public View {
   WindowSize LayoutSize() const;
 
  protected:
-  // `name` is the window's object name; `placement`, of the session, is where its place and size are kept.
-  PlotWindow(Desk& desk, const char* name, SizedPlacement& placement);
+  // `placement`, of the session, is where the window's place and size are kept.
+  PlotWindow(Desk& desk, const PlotWindowNames& names, SizedPlacement& placement);
 
   Desk& desk() { return desk_; }
   Session& session() { return desk_.session(); }
+  const Session& session() const { return std::as_const(desk_).session(); }
   PlotSurface& surface() { return *surface_; }
   ControlBand& band() { return *band_; }
-  QMenu* fileMenu() { return fileMenu_; }
 
   // The drawing of what the session holds; nothing where it cannot be shown.
   virtual std::optional<Drawing> Draw(WindowSize size) = 0;
   virtual PlotFrame& Frame() = 0;
+
+  // The name proposed for a picture of the plot, without its ending.
+  virtual std::string PictureName() const = 0;
 
   // Puts the controls to what the session holds. Called after each drawing.
   virtual void ShowState() {}
@@ -86,7 +96,9 @@ class PlotWindow : public QMainWindow, public View {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  void AddFileMenu();
+  void AddFileMenu(const PlotWindowNames& names);
+  void Print();
+  void SavePictureAs();
   void ArrangeParts();
   void Resized();
   void MovePointer(double x, double y);
@@ -98,14 +110,10 @@ class PlotWindow : public QMainWindow, public View {
   ControlBand* band_;
   QScrollBar* columnScroll_ = nullptr;
   QScrollBar* rowScroll_ = nullptr;
-  QMenu* fileMenu_ = nullptr;
   bool loaded_ = false;
   bool framed_ = false;  // the desktop has put the window into its frame
   WheelNotches wheel_;
   double pointerX_ = -1, pointerY_ = -1;  // in twips, where the read-outs are of
 };
-
-// Puts a scroll bar to a state without telling its handler.
-void ShowScrollBar(QScrollBar* bar, const ScrollBar& state);
 
 }  // namespace halmek

@@ -6,15 +6,18 @@
 #include <charconv>
 #include <cmath>
 
+#include "plot/picture.h"
 #include "plot/text_encoding.h"
 
 namespace halmek {
 namespace {
 
 constexpr int twipsPerPixel = 15;
-constexpr int controlBand = 1350;  // from the lower edge up to below the axis title
-constexpr int fontSize = 165;
 constexpr int baseline = 150;  // from the top of a text down to its base line
+
+// The width of a text of digits, by which values are lined up: only the program that shows the file knows its
+// font.
+constexpr float digitWidth = 0.6f * pictureTextHeight;
 
 std::string Escaped(std::string_view bytes) {
   std::string text;
@@ -94,11 +97,16 @@ class Writer {
   }
 
   void operator()(const Text& text) {
+    const size_t blanks = std::min(text.text.find_first_not_of(' '), text.text.size());
+    const float width = digitWidth * static_cast<float>(text.text.size() - blanks);
+    const float left = LeftOf(text, width);
+    const bool endsInLine = left > text.topLeft.x;
     out_ += "<text xml:space=\"preserve\" x=\"";
-    Number(text.topLeft.x);
+    Number(endsInLine ? left + width : left);
     out_ += "\" y=\"";
     Number(text.topLeft.y + baseline);
-    out_ += "\">" + Escaped(text.text) + "</text>\n";
+    out_ += endsInLine ? "\" text-anchor=\"end\">" : "\">";
+    out_ += Escaped(text.text) + "</text>\n";
   }
 
  private:
@@ -124,17 +132,16 @@ class Writer {
 }  // namespace
 
 std::string SvgOf(const Drawing& drawing) {
-  const int width = std::max(1, drawing.size.width);
-  const int height = std::max(1, drawing.size.height - controlBand);
+  const auto [width, height] = PictureSize(drawing);
   std::string out = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" +
                     std::to_string(width / twipsPerPixel) + "\" height=\"" +
                     std::to_string(height / twipsPerPixel) + "\" viewBox=\"0 0 " + std::to_string(width) +
                     ' ' + std::to_string(height) + "\" font-family=\"sans-serif\" font-size=\"" +
-                    std::to_string(fontSize) + "\">\n<title>" + Escaped(drawing.caption) +
+                    std::to_string(pictureTextHeight) + "\">\n<title>" + Escaped(drawing.caption) +
                     "</title>\n<rect width=\"100%\" height=\"100%\" fill=\"white\"/>\n";
   Writer writer(out);
   writer.ClipPath(drawing.plotTopLeft, drawing.plotBottomRight);
-  writer(Text{{800, 40}, drawing.caption, {}});
+  writer(Text{captionTopLeft, drawing.caption, {}});
   for (const DrawingItem& item : drawing.items)
     std::visit(writer, item);
   out += "</svg>\n";

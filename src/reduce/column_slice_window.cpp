@@ -16,7 +16,7 @@ constexpr const char* markHint =
 }  // namespace
 
 ColumnSliceWindow::ColumnSliceWindow(Desk& desk)
-    : PlotWindow(desk, "frmPlot_Column", desk.session().plotColumn) {
+    : PlotWindow(desk, PlotWindowNames{"frmPlot_Column"}, desk.session().plotColumn) {
   AddScroll();
   AddSelectionControls();
   AddScaleControls();
@@ -83,6 +83,10 @@ void ColumnSliceWindow::AddReadOuts() {
   marks_ = NewLabel("labelMarks", {});
   KeepRoomFor(marks_, "Aperture 000 to 000   Background 000 to 000, 000 to 000");
   band().AddGroup({marks_});
+}
+
+std::string ColumnSliceWindow::PictureName() const {
+  return BaseName(DataName(session().slot[slots::frame])) + "_slice";
 }
 
 std::optional<Drawing> ColumnSliceWindow::Draw(WindowSize size) { return DrawColumnPlot(session(), size); }

@@ -16,6 +16,7 @@ class ColumnSliceWindow : public PlotWindow {
  protected:
   std::optional<Drawing> Draw(WindowSize size) override;
   PlotFrame& Frame() override { return session().slice.colFrame; }
+  std::string PictureName() const override;
   void ShowState() override;
   bool Follow() override;
   void PointTo(double x, double y) override;

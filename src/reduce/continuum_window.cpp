@@ -26,7 +26,7 @@ int IntervalWhileTyped(const QString& text) {
 }  // namespace
 
 ContinuumWindow::ContinuumWindow(Desk& desk)
-    : PlotWindow(desk, "frmPlot_Continuum", desk.session().plotContinuum) {
+    : PlotWindow(desk, PlotWindowNames{"frmPlot_Continuum"}, desk.session().plotContinuum) {
   AddFitControls();
   AddButtons();
   AddReadOuts();
@@ -96,6 +96,8 @@ void ContinuumWindow::AddReadOuts() {
   KeepRoomFor(value_, "00000000.00");
   band().AddGroup({NewLabel("Label5", "Column"), column_, NewLabel("Label9", "Intens."), value_});
 }
+
+std::string ContinuumWindow::PictureName() const { return BaseName(session().crunchFile) + "_continuum"; }
 
 std::optional<Drawing> ContinuumWindow::Draw(WindowSize size) { return PlotContinuum(session(), size); }
 

@@ -14,7 +14,8 @@
 
 namespace halmek {
 
-RowPlotWindow::RowPlotWindow(Desk& desk) : PlotWindow(desk, "frmPlot_Row", desk.session().plotRow) {
+RowPlotWindow::RowPlotWindow(Desk& desk)
+    : PlotWindow(desk, PlotWindowNames{"frmPlot_Row"}, desk.session().plotRow) {
   AddOptionsMenu();
   AddControls();
 }
@@ -73,6 +74,11 @@ void RowPlotWindow::AddControls() {
   band().AddGroup({NewLabel("Label5", "Row"), row_, NewLabel("Label12", "Col"), column_,
                    NewLabel("Label9", "Pix val."), value_,
                    NewButton("Command7", "Return", [this] { Return(); })});
+}
+
+std::string RowPlotWindow::PictureName() const {
+  return BaseName(DataName(session().slot[slots::frame])) + "_row" +
+         std::to_string(session().rowPlot.plotRow);
 }
 
 std::optional<Drawing> RowPlotWindow::Draw(WindowSize size) {

@@ -13,6 +13,7 @@ class RowPlotWindow : public PlotWindow {
  protected:
   std::optional<Drawing> Draw(WindowSize size) override;
   PlotFrame& Frame() override { return session().rowPlot.rowFrame; }
+  std::string PictureName() const override;
   void ShowState() override;
   bool Follow() override;
   void Leaving() override;

@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QtTest/QTest>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -20,7 +21,9 @@ class FakePlatform : public Platform {
   std::vector<std::string> messages;                  // the texts of the boxes, in order
   std::vector<FileQuestion> questions;                // of the file dialogs
   std::optional<std::string> fileToOpen, fileToSave;  // their answers
-  int busyCount = 0;                                  // how often the busy pointer was shown
+  // What the user does in the printer dialog, and whether it is confirmed.
+  std::function<bool(QPrinter&)> setUpPrinter;
+  int busyCount = 0;  // how often the busy pointer was shown
   bool isBusy = false;
 
   void Show(QWidget*, const Message& message) override { messages.push_back(message.text); }
@@ -36,6 +39,7 @@ class FakePlatform : public Platform {
     questions.push_back(question);
     return fileToSave;
   }
+  bool SetUpPrinter(QWidget*, QPrinter& printer) override { return setUpPrinter && setUpPrinter(printer); }
 
   // The messages since the last call.
   std::vector<std::string> TakeMessages() { return std::exchange(messages, {}); }

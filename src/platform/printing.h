@@ -1,0 +1,41 @@
+// The printer of the process, and pages printed on it.
+#pragma once
+
+#include <QPainter>
+#include <QString>
+#include <functional>
+#include <memory>
+#include <string>
+
+class QPrinter;
+class QWidget;
+
+namespace halmek {
+
+class Platform;
+
+// What is chosen holds until the process ends; it is stored nowhere.
+class Printing {
+ public:
+  Printing();
+  ~Printing();
+
+  // Lets the user choose the printer and its settings in the platform's dialog. Nothing changes where the
+  // dialog is cancelled. Of a printer that is not installed only the settings are taken. `folder` is proposed
+  // for the file, where the printer is one.
+  void SetUp(Platform& platform, QWidget* over, const std::string& folder);
+
+  // Prints one page, as often as copies are wanted. `paint` gets what can be printed on of the page, in units
+  // of the painter. Where the printer is a PDF file, the first page goes to the file chosen, and each further
+  // one to a file of its own, numbered where the name is taken; returns its full name, which is empty on
+  // paper. Throws RunTimeError 68 where there is no printer, and others where the page cannot be printed.
+  std::string Print(const QString& title, const std::function<void(QPainter&, const QRectF&)>& paint);
+
+ private:
+  QPrinter& Current();
+
+  std::unique_ptr<QPrinter> printer_;
+  bool isFileUsed_ = false;  // a page was printed to the file chosen
+};
+
+}  // namespace halmek
