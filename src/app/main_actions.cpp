@@ -237,9 +237,9 @@ void Actions::SaveSpectrumFile() {
 
 void Actions::ShowHeader(int slot) {
   session().currentSlot = slot;
-  desk_.Tell(mainWindow_, session().slot[slot].fileName.empty()
-                              ? "Hey, no file has been loaded."
-                              : "Sorry, headers cannot be shown on the screen yet.");
+  if (session().slot[slot].fileName.empty())
+    return desk_.Tell(mainWindow_, "Hey, no file has been loaded.");
+  Made(header_, desk_).Open();
 }
 
 void Actions::ShowRecipe() { Made(recipe_, desk_).Open(); }

@@ -14,6 +14,7 @@
 #include "calib/deviation_window.h"
 #include "calib/line_window.h"
 #include "dialogs/file_chooser.h"
+#include "fits/header_window.h"
 #include "platform/desk.h"
 #include "reduce/column_slice_window.h"
 #include "reduce/continuum_window.h"
@@ -88,6 +89,7 @@ class Actions {
   std::array<std::unique_ptr<DeviationWindow>, 3> deviations_;  //
   std::unique_ptr<LineWindow> line_;
   std::unique_ptr<RecipeWindow> recipe_;
+  std::unique_ptr<HeaderWindow> header_;
 };
 
 }  // namespace halmek

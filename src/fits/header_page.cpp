@@ -24,7 +24,7 @@ ScrollBar HeaderScroll(int windowHeight, int cardCount) {
 
 HeaderPage PageAt(int windowHeight, int cardCount, const ScrollBar& scroll) {
   // Rounded here, truncated in the layout: a line that shows by more than half counts for the page.
-  const int lines = RoundToInt(LinesIn(windowHeight));
+  const int lines = LinesOfPage(windowHeight) - 1;
   HeaderPage page;
   page.first = scroll.value == scroll.min ? 1 : std::max(1, RoundToInt(scroll.value - lines / 2.0 + 2));
   page.last = page.first + lines;
@@ -35,10 +35,14 @@ HeaderPage PageAt(int windowHeight, int cardCount, const ScrollBar& scroll) {
   return page;
 }
 
+int LinesOfPage(int windowHeight) { return std::max(0, RoundToInt(LinesIn(windowHeight))) + 1; }
+
+double HeightOfAllCards(int cardCount) { return cardCount * headerLineHeight + headerBand; }
+
 HeaderLayout LayoutHeader(int windowHeight, int cardCount) {
   if (static_cast<int>(LinesIn(windowHeight)) < cardCount)
     return {true, static_cast<double>(windowHeight)};
-  return {false, cardCount * headerLineHeight + headerBand};
+  return {false, HeightOfAllCards(cardCount)};
 }
 
 }  // namespace halmek

@@ -19,6 +19,12 @@ struct HeaderPage {
 };
 HeaderPage PageAt(int windowHeight, int cardCount, const ScrollBar& scroll);
 
+// How many cards a page lists at most. The last of them may lie below the window's lower edge.
+int LinesOfPage(int windowHeight);
+
+// The height of the window that just holds all cards.
+double HeightOfAllCards(int cardCount);
+
 // The layout after the window got that height: whether it needs its scroll bar, and the height that just
 // holds all cards where it does not.
 struct HeaderLayout {
