@@ -152,7 +152,7 @@ ArcWindow& Actions::ArcPlot(int arc) {
                     .showDeviations = [this, arc] { ShowDeviations(arc); },
                     .loadMask = [this, arc] { LoadMask(arc); },
                     .saveMask = [this, arc] { SaveMask(arc); },
-                    .showHelp = [this] { ShowHelp(); }});
+                    .showHelp = [this, arc] { ShowHelp(arc == 1 ? HelpTopic::arc1 : HelpTopic::arc2); }});
 }
 
 void Actions::IdentifyLine(QWidget* over, const QRect& free) { Made(line_, desk_).Open(over, free); }
@@ -271,6 +271,8 @@ void Actions::RunRecipe() {
   desk_.Tell(mainWindow_, report.text, report.warnings);
 }
 
-void Actions::ShowHelp() { desk_.Tell(mainWindow_, "Sorry, there are no help pages yet."); }
+void Actions::ShowHelp(HelpTopic topic) { Made(help_, desk_).Open(topic); }
+
+void Actions::ShowAbout() { Made(about_, desk_).Open(); }
 
 }  // namespace halmek

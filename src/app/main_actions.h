@@ -9,6 +9,8 @@
 #include <optional>
 #include <string>
 
+#include "app/about_window.h"
+#include "app/help_window.h"
 #include "app/recipe_window.h"
 #include "calib/arc_window.h"
 #include "calib/deviation_window.h"
@@ -66,7 +68,8 @@ class Actions {
   void SaveRecipe();
   void RunRecipe();
 
-  void ShowHelp();
+  void ShowHelp(HelpTopic topic);
+  void ShowAbout();
 
  private:
   Session& session() { return desk_.session(); }
@@ -90,6 +93,8 @@ class Actions {
   std::unique_ptr<LineWindow> line_;
   std::unique_ptr<RecipeWindow> recipe_;
   std::unique_ptr<HeaderWindow> header_;
+  std::unique_ptr<HelpWindow> help_;
+  std::unique_ptr<AboutWindow> about_;
 };
 
 }  // namespace halmek

@@ -60,13 +60,13 @@ void AddViewMenu(QMainWindow& window, Actions& actions) {
 
 void AddHelpMenu(QMainWindow& window, Actions& actions) {
   MenuBuilder help(window, "mHelp", "Help");
-  const auto show = [&] { actions.ShowHelp(); };
-  help.Item("mIntro", "Introduction", show, QKeySequence::HelpContents);
-  help.Item("mHelpMenuFile", "[menu] File Functions", show);
-  help.Item("mPartIHelp", "Part I Help", show);
-  help.Item("mPartIIHelp", "Part II Help", show);
+  const auto show = [&](HelpTopic topic) { return [&actions, topic] { actions.ShowHelp(topic); }; };
+  help.Item("mIntro", "Introduction", show(HelpTopic::introduction), QKeySequence::HelpContents);
+  help.Item("mHelpMenuFile", "[menu] File Functions", show(HelpTopic::fileMenu));
+  help.Item("mPartIHelp", "Part I Help", show(HelpTopic::part1));
+  help.Item("mPartIIHelp", "Part II Help", show(HelpTopic::part2));
   help.Separator();
-  help.Item("mAbout", "About", show);
+  help.Item("mAbout", "About", [&] { actions.ShowAbout(); });
 }
 
 void AddRecipeMenu(QMainWindow& window, Actions& actions) {

@@ -233,6 +233,11 @@ struct Session : Settings {
 
   double dispStart = 0, dispStep = 0;  // of the linear scale: Angstrom at pixel 1, Angstrom per pixel
 
+  // The help page on show: how many characters each of its paragraphs has, from 1 on.
+  static constexpr int mostHelpParagraphs = 20;
+  int16_t helpParagraphCount = 0;
+  std::array<int16_t, mostHelpParagraphs + 1> helpParagraphLength{};
+
   Workflow workflow;
   std::vector<std::string> journal;       // the steps performed, as the lines of a recipe
   std::vector<std::string> writtenFiles;  // full names, in order

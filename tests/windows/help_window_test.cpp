@@ -1,0 +1,111 @@
+// The help and about windows.
+#include "app/help_window.h"
+
+#include <gtest/gtest.h>
+
+#include <QScrollArea>
+#include <QScrollBar>
+
+#include "windows/part2_test.h"
+
+namespace halmek::test {
+namespace {
+
+class HelpTest : public Part2Test {
+ protected:
+  QWidget* Help() { return Window("frmHelp"); }
+  std::vector<QLabel*> Paragraphs() {
+    std::vector<QLabel*> shown;
+    for (QLabel* label : Help()->findChildren<QLabel*>())
+      if (label->objectName().startsWith("Label1(") && label->isVisibleTo(Help()))
+        shown.push_back(label);
+    return shown;
+  }
+
+  // Every paragraph has the room that its text needs, below the one before and within the page.
+  void ExpectReadable(const QString& what) {
+    const auto* const area = Find<QScrollArea>(Help(), "area");
+    int end = Find<QLabel>(Help(), "Label0")->geometry().bottom();
+    for (const QLabel* label : Paragraphs()) {
+      EXPECT_GE(label->height(), label->heightForWidth(label->width())) << what.toStdString();
+      EXPECT_GE(label->y(), end) << what.toStdString() << ": " << label->text().toStdString();
+      EXPECT_LT(label->geometry().right(), area->viewport()->width()) << what.toStdString();
+      end = label->geometry().bottom();
+    }
+    EXPECT_LE(end, area->widget()->height()) << what.toStdString();
+    const bool scrolls = area->verticalScrollBar()->maximum() > 0;
+    EXPECT_EQ(scrolls, area->widget()->height() > Help()->height()) << what.toStdString();
+  }
+};
+
+TEST_F(HelpTest, EveryPageStandsInTheSameWindowAtEveryWidth) {
+  const struct {
+    const char* item;
+    HelpTopic topic;
+  } pages[] = {{"mHelpMenuFile", HelpTopic::fileMenu},
+               {"mPartIHelp", HelpTopic::part1},
+               {"mPartIIHelp", HelpTopic::part2},
+               {"mIntro", HelpTopic::introduction}};
+  const QFont usual = QApplication::font();
+  for (const double larger : {1.0, 1.5}) {
+    QFont font = usual;
+    font.setPointSizeF(QFontInfo(usual).pointSizeF() * larger);
+    QApplication::setFont(font);
+    main.reset();
+    Start();
+    for (const auto& p : pages) {
+      Trigger(main.get(), p.item);
+      const HelpPage page = PageAbout(p.topic);
+      EXPECT_EQ(Help()->windowTitle(), "Help");
+      EXPECT_EQ(LabelText(Help(), "Label0"), page.title);
+      Texts shown;
+      for (const QLabel* label : Paragraphs())
+        shown.push_back(label->text().toStdString());
+      EXPECT_EQ(shown, page.paragraphs) << p.item;
+      for (const int width : {600, 240, 1, 1500, 700}) {
+        Help()->resize(width, 100);
+        ExpectReadable(QString("%1 at %2, text %3").arg(p.item).arg(width).arg(larger));
+      }
+    }
+    platform.TakeMessages();
+  }
+  QApplication::setFont(usual);
+}
+
+TEST_F(HelpTest, TheArcsOpenTheirPage) {
+  OpenArc(1, {100, 200});
+  OpenArc(2, {100, 200});
+  Trigger(ArcPlot(1), "Arc1Help");
+  EXPECT_EQ(LabelText(Help(), "Label0"), "Help - Arc 1");
+  EXPECT_EQ(Paragraphs().size(), 7u);
+  Trigger(ArcPlot(2), "mHelpArc2");
+  EXPECT_EQ(LabelText(Help(), "Label0"), "Help - Arc 2");
+}
+
+TEST_F(HelpTest, HelpAndAboutKeepTheirPlace) {
+  const struct {
+    const char *item, *window;
+    WindowPlacement Settings::*placement;
+  } windows[] = {{"mIntro", "frmHelp", &Settings::help}, {"mAbout", "frmAbout", &Settings::about}};
+  for (const auto& w : windows) {
+    Trigger(main.get(), w.item);
+    EXPECT_EQ(Window(w.window)->pos(), QPoint(PixelsOf(500), PixelsOf(500)));
+    Window(w.window)->move(120, 90);
+    QApplication::processEvents();
+    QTest::keyClick(Window(w.window), Qt::Key_Escape);
+    EXPECT_FALSE(IsOpen(w.window));
+    EXPECT_EQ(PixelsOf(((*session).*w.placement).left), 120);
+    EXPECT_EQ(PixelsOf(((*session).*w.placement).top), 90);
+    Trigger(main.get(), w.item);
+    EXPECT_EQ(Window(w.window)->pos(), QPoint(120, 90));
+  }
+  Texts labels;
+  for (const char* label : {"Label1", "Label2", "Label6", "Label8", "Label9"})
+    labels.push_back(LabelText(Window("frmAbout"), label));
+  EXPECT_EQ(labels, (Texts{"Halmek", "(Radial Velocity Reductions)",
+                           "Intermediate steps for reducing spectral images",
+                           "------------------------------", "This is version 2.2c of 2012-04-29"}));
+}
+
+}  // namespace
+}  // namespace halmek::test
