@@ -10,8 +10,8 @@
 #include "calib/line_list.h"
 #include "platform/text.h"
 #include "platform/twips.h"
+#include "plot/wording.h"
 #include "steps/slot_names.h"
-#include "steps/wording.h"
 
 namespace halmek {
 namespace {

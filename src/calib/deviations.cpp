@@ -6,6 +6,7 @@
 
 #include "calib/line_list.h"
 #include "plot/number_text.h"
+#include "plot/wording.h"
 
 namespace halmek {
 namespace {
@@ -128,7 +129,7 @@ FitInWords DescribeFit(const Arc& arc) {
                 GeneralText(arc.ArcLineWavelength(worst)) + " Angstroms"};
   };
 
-  const std::string lines = n == 1 ? "1 line" : std::to_string(n) + " lines";
+  const std::string lines = Count(n, "line");
   const std::string fit = "power " + std::to_string(power) + " through " + lines;
   if (n < 3)
     return {lines + " identified: at least three are needed", {}, {}};

@@ -9,9 +9,9 @@
 #include "numeric/number_prefix.h"
 #include "numeric/rounding.h"
 #include "plot/number_text.h"
+#include "plot/wording.h"
 #include "steps/execute.h"
 #include "steps/slot_names.h"
-#include "steps/wording.h"
 
 namespace halmek::steps {
 namespace {

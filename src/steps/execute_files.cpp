@@ -14,12 +14,12 @@
 #include "fits/text_export.h"
 #include "plot/number_text.h"
 #include "plot/svg.h"
+#include "plot/wording.h"
 #include "reduce/column_slice.h"
 #include "reduce/continuum.h"
 #include "reduce/row_plot.h"
 #include "steps/execute.h"
 #include "steps/slot_names.h"
-#include "steps/wording.h"
 
 namespace halmek::steps {
 namespace {

@@ -5,6 +5,7 @@
 
 #include "files/whole_number.h"
 #include "plot/number_text.h"
+#include "plot/wording.h"
 #include "reduce/background.h"
 #include "reduce/bad_column.h"
 #include "reduce/column_slice.h"
@@ -14,7 +15,6 @@
 #include "reduce/zap.h"
 #include "steps/execute.h"
 #include "steps/slot_names.h"
-#include "steps/wording.h"
 
 namespace halmek::steps {
 namespace {

@@ -7,10 +7,10 @@
 
 #include "files/input_file.h"
 #include "files/text_records.h"
+#include "plot/wording.h"
 #include "reduce/column_slice.h"
 #include "reduce/continuum.h"
 #include "steps/slot_names.h"
-#include "steps/wording.h"
 
 namespace halmek {
 namespace {

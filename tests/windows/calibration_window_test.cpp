@@ -18,13 +18,7 @@ class CalibrationWindowTest : public Part2Test {
  protected:
   const std::vector<double> columns = test::Columns(8, 100, 100);
 
-  std::string Enabled() {
-    std::string enabled;
-    for (int number : {7, 9, 10, 13, 14, 15})
-      if (Find<QPushButton>(main.get(), ("Command" + std::to_string(number)).c_str())->isEnabled())
-        enabled += (enabled.empty() ? "" : " ") + std::to_string(number);
-    return enabled;
-  }
+  std::string Enabled() { return Part1Test::Enabled({7, 9, 10, 13, 14, 15}); }
   // A letter for each of Label31, Label32 and Label35 of the main window, and, by arc, Label15 and Label16 of
   // its plot and Label13 of its deviations: D for done, . where the window is not open.
   std::string Status() {

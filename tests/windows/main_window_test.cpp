@@ -21,13 +21,7 @@ constexpr const char* noTable =
 class MainWindowTest : public Part1Test {
  protected:
   // The numbers of the buttons that can be pressed, of those that are not always enabled.
-  std::string Enabled() {
-    std::string enabled;
-    for (int number : {1, 2, 3, 4, 5, 6, 7, 9, 10, 13, 14, 15})
-      if (Find<QPushButton>(main.get(), ("Command" + std::to_string(number)).c_str())->isEnabled())
-        enabled += (enabled.empty() ? "" : " ") + std::to_string(number);
-    return enabled;
-  }
+  std::string Enabled() { return Part1Test::Enabled({1, 2, 3, 4, 5, 6, 7, 9, 10, 13, 14, 15}); }
   // A letter for each of Label24 to Label27: D where it says that its step is done.
   std::string Status() {
     std::string status;

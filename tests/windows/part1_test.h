@@ -153,6 +153,15 @@ class Part1Test : public WindowTest {
       QTest::keyClick(combo, combo->currentIndex() < index ? Qt::Key_Down : Qt::Key_Up);
   }
 
+  // Which of these buttons of the main window, "Command" and a number, can be pressed.
+  std::string Enabled(std::initializer_list<int> numbers) {
+    std::string enabled;
+    for (int number : numbers)
+      if (Find<QPushButton>(main.get(), ("Command" + std::to_string(number)).c_str())->isEnabled())
+        enabled += (enabled.empty() ? "" : " ") + std::to_string(number);
+    return enabled;
+  }
+
   static std::string LabelText(QWidget* window, const char* name) {
     return Find<QLabel>(window, name)->text().toStdString();
   }

@@ -1,4 +1,4 @@
-// Words that the outcomes of steps share.
+// Numbers in sentences.
 #pragma once
 
 #include <string>
