@@ -38,9 +38,7 @@ void AboutWindow::Open() {
     adjustSize();
     Place(*this, desk_.session().about);
   }
-  show();
-  raise();
-  activateWindow();
+  BringToFront(*this);
 }
 
 void AboutWindow::closeEvent(QCloseEvent* event) {

@@ -23,9 +23,10 @@ struct HelpLayout {
 int HelpLabelWidth(int windowWidth);
 
 // Stacks the paragraphs of the page on show in a window of that outer width. The rule gives each the room
-// that its number of characters is likely to take. `textHeights` are the heights that the texts have at that
-// width, one a paragraph: a text that is higher than its room pushes down what follows, so that none covers
-// another.
-HelpLayout LayoutHelp(const Session& session, int windowWidth, std::span<const int> textHeights);
+// that its number of characters is likely to take. `titleEnd` is where the title ends, and `textHeights` are
+// the heights that the texts have at that width, one a paragraph: what is higher than its room pushes down
+// what follows, so that nothing covers another.
+HelpLayout LayoutHelp(const Session& session, int windowWidth, int titleEnd,
+                      std::span<const int> textHeights);
 
 }  // namespace halmek

@@ -53,7 +53,7 @@ void HelpWindow::Open(HelpTopic topic) {
   title_->adjustSize();
   for (QLabel* label : paragraphs_)
     label->hide();
-  for (size_t k = 0; k < page.paragraphs.size(); ++k) {
+  for (size_t k = 0; k < static_cast<size_t>(desk_.session().helpParagraphCount); ++k) {
     Paragraph(k)->setText(Shown(page.paragraphs[k]));
     Paragraph(k)->show();
   }
@@ -67,9 +67,7 @@ void HelpWindow::Open(HelpTopic topic) {
     Place(*this, desk_.session().help);
     LayOut();
   }
-  show();
-  raise();
-  activateWindow();
+  BringToFront(*this);
 }
 
 void HelpWindow::LayOut() {
@@ -81,7 +79,8 @@ void HelpWindow::LayOut() {
   for (size_t k = 0; k < count; ++k)
     textHeights.push_back(static_cast<int>(TwipsOf(Paragraph(k)->heightForWidth(labelWidth)) + 1));
 
-  const HelpLayout layout = LayoutHelp(desk_.session(), windowWidth, textHeights);
+  const int titleEnd = static_cast<int>(TwipsOf(title_->geometry().bottom() + 1) + 1);
+  const HelpLayout layout = LayoutHelp(desk_.session(), windowWidth, titleEnd, textHeights);
   for (size_t k = 0; k < count; ++k)
     Paragraph(k)->setGeometry(PixelsOf(leftMargin), PixelsOf(layout.tops[k]), labelWidth,
                               PixelsOf(textHeights[k]));

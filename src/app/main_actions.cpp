@@ -211,18 +211,17 @@ void Actions::SaveAs() {
 void Actions::SaveFrameText() {
   if (HasFrame())
     Chooser(choosers::saveFrameText)
-        .Open({.what = "frame", .title = {}, .pattern = 0, .name = session().baseName + "_2D.txt"});
+        .Open({.what = "frame",
+               .title = {},
+               .pattern = 0,
+               .name = BaseName(DataName(session().slot[slots::frame])) + "_2D.txt"});
 }
 
 void Actions::SaveSpectrumText() {
   const int slot = session().currentSlot;
   if (!session().slot[slot].fileName.empty())
     Chooser(choosers::saveSpectrumText)
-        .Open({.what = {},
-               .title = {},
-               .pattern = 0,
-               .name = slot == slots::spectrum ? session().baseName + "_1D.txt"
-                                               : BaseName(DataName(session().slot[slot])) + ".txt"});
+        .Open({.what = {}, .title = {}, .pattern = 0, .name = SpectrumTextName(session(), slot)});
   else if (const std::string message = NothingLoaded(slot); !message.empty())
     desk_.Tell(mainWindow_, message);
 }
@@ -252,7 +251,7 @@ void Actions::SaveRecipe() {
                     .name = (frame.empty() ? std::string("halmek") : BaseName(frame)) + ".recipe",
                     .patterns = {recipePattern}});
   if (file)
-    desk_.Try(mainWindow_, [&] { AtomicWrite(*file, SavedRecipe(session(), *file)); });
+    desk_.TryWith(*file, mainWindow_, [&] { AtomicWrite(*file, SavedRecipe(session(), *file)); });
 }
 
 void Actions::RunRecipe() {

@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "platform/controls.h"
+#include "platform/placement.h"
 #include "platform/text.h"
 #include "platform/twips.h"
 
@@ -44,9 +45,7 @@ RecipeWindow::~RecipeWindow() { desk_.RemoveView(*this); }
 
 void RecipeWindow::Open() {
   Refresh();
-  show();
-  raise();
-  activateWindow();
+  BringToFront(*this);
 }
 
 void RecipeWindow::Refresh() {

@@ -24,6 +24,13 @@ int Rows(const Session& session) { return CountUpTo(session.slot[0].naxis2, Fram
 
 int Pixels(const Slot& slot) { return CountUpTo(slot.naxis1, lastPixel, "NAXIS1"); }
 
+std::string SpectrumTextName(const Session& session, int slot) {
+  const std::string& data = DataName(session.slot[slot]);
+  if (data.empty())
+    return {};
+  return slot == slots::spectrum ? session.baseName + "_1D.txt" : BaseName(data) + ".txt";
+}
+
 void RequireWithin(const char* what, int value, int last) {
   if (value < 1 || value > last)
     throw Refusal(std::string(what) + " " + std::to_string(value) + " is outside 1 to " +

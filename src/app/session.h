@@ -257,6 +257,9 @@ inline const std::string& DataName(const Slot& slot) {
 // The name proposed for the extracted spectrum, after the frame that it came from.
 std::string SpectrumName(const Session& session);
 
+// The name proposed for a text file of a slot's spectrum; empty where it holds none.
+std::string SpectrumTextName(const Session& session, int slot);
+
 // Throws Refusal unless `value`, the number of a row or column, lies within 1..last.
 void RequireWithin(const char* what, int value, int last);
 

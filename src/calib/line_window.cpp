@@ -155,9 +155,7 @@ void LineWindow::Open(QWidget* over, const QRect& free) {
   Place(free, *over->screen());
   if (!isOpen)
     AttachTo(over);
-  show();
-  raise();
-  activateWindow();
+  BringToFront(*this);
   wavelength_->setFocus();
   wavelength_->selectAll();
 }

@@ -192,9 +192,7 @@ void FileChooser::Open(const ChooserRequest& request) {
   if (!isVisible())
     Place(*this, desk_.session().*kind_.placement);
   setWindowState(windowState() & ~Qt::WindowMinimized);
-  show();
-  raise();
-  activateWindow();
+  BringToFront(*this);
   nameBox_->setFocus(Qt::OtherFocusReason);
   nameBox_->selectAll();
 }
@@ -235,10 +233,15 @@ void FileChooser::SelectFirstOption() {
 
 void FileChooser::ChooseOption(int value) {
   Session& session = desk_.session();
-  if (kind_.choice == ChooserKind::Choice::pixelType)
+  if (kind_.choice == ChooserKind::Choice::pixelType) {
     session.slot[SlotNamed(request_.what)].savePixelType = value;
-  else
-    session.currentSlot = value;
+    return;
+  }
+  // A name that was proposed for the one spectrum would be wrong for the other.
+  const bool isProposed = name_ == SpectrumTextName(session, session.currentSlot);
+  session.currentSlot = value;
+  if (isProposed)
+    SetName(SpectrumTextName(session, value));
 }
 
 void FileChooser::ShowDrives() {

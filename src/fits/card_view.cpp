@@ -22,9 +22,8 @@ QFont FixedFont(int lineHeight) {
   QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
   font.setStyleHint(QFont::Monospace);
   int size = lineHeight;
-  do
-    font.setPixelSize(size);
-  while (QFontMetricsF(font).height() > lineHeight && --size > 1);
+  for (font.setPixelSize(size); size > 1 && QFontMetricsF(font).height() > lineHeight; --size)
+    font.setPixelSize(size - 1);
   return font;
 }
 
@@ -76,12 +75,13 @@ int CardView::CardWidth() const {
   return leftMargin + qRound(QFontMetricsF(font()).horizontalAdvance(QString(cardLength, '0'))) + leftMargin;
 }
 
-// The text has been scrolled by a selection that was drawn beyond the edge.
+// The text has been scrolled by a selection that was drawn beyond the edge: the page goes along.
 void CardView::Follow(int top) {
   if (top == pageTop_)
     return;
-  const int before = pageTop_;
-  scroll_->setValue(scroll_->value() + (top > pageTop_ ? 1 : -1));
+  const int before = pageTop_, cards = (top - pageTop_) / lineHeight_;
+  const int direction = top > pageTop_ ? 1 : -1;
+  scroll_->setValue(scroll_->value() + (cards == 0 ? direction : cards));
   if (pageTop_ == before)
     verticalScrollBar()->setValue(pageTop_);
 }
@@ -100,6 +100,10 @@ void CardView::keyPressEvent(QKeyEvent* event) {
       return scroll_->triggerAction(QScrollBar::SliderSingleStepSub);
     case Qt::Key_Down:
       return scroll_->triggerAction(QScrollBar::SliderSingleStepAdd);
+    case Qt::Key_Left:
+      return horizontalScrollBar()->triggerAction(QScrollBar::SliderSingleStepSub);
+    case Qt::Key_Right:
+      return horizontalScrollBar()->triggerAction(QScrollBar::SliderSingleStepAdd);
     case Qt::Key_PageUp:
       return scroll_->triggerAction(QScrollBar::SliderPageStepSub);
     case Qt::Key_PageDown:

@@ -39,10 +39,4 @@ int LinesOfPage(int windowHeight) { return std::max(0, RoundToInt(LinesIn(window
 
 double HeightOfAllCards(int cardCount) { return cardCount * headerLineHeight + headerBand; }
 
-HeaderLayout LayoutHeader(int windowHeight, int cardCount) {
-  if (static_cast<int>(LinesIn(windowHeight)) < cardCount)
-    return {true, static_cast<double>(windowHeight)};
-  return {false, HeightOfAllCards(cardCount)};
-}
-
 }  // namespace halmek

@@ -22,15 +22,7 @@ HeaderPage PageAt(int windowHeight, int cardCount, const ScrollBar& scroll);
 // How many cards a page lists at most. The last of them may lie below the window's lower edge.
 int LinesOfPage(int windowHeight);
 
-// The height of the window that just holds all cards.
+// The height of the window that just holds all cards. It needs no scroll bar, and becomes no higher.
 double HeightOfAllCards(int cardCount);
-
-// The layout after the window got that height: whether it needs its scroll bar, and the height that just
-// holds all cards where it does not.
-struct HeaderLayout {
-  bool scrolls = true;
-  double windowHeight = 0;
-};
-HeaderLayout LayoutHeader(int windowHeight, int cardCount);
 
 }  // namespace halmek

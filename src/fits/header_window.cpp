@@ -46,19 +46,21 @@ HeaderWindow::~HeaderWindow() { desk_.RemoveView(*this); }
 void HeaderWindow::Open() {
   if (!isVisible())
     Load();
-  const QMargins frame = FrameMargins(*this);
-  setMaximumHeight(QWIDGETSIZE_MAX);
-  resize(width(), PixelsOf(openingHeight) - frame.top() - frame.bottom());
-  LayOut();
+  TakeOpeningHeight();
   scroll_->setValue(scroll_->minimum());
   ShowPage();
-  show();
-  raise();
-  activateWindow();
+  BringToFront(*this);
+}
+
+void HeaderWindow::TakeOpeningHeight() {
+  const QMargins frame = FrameMargins(*this);
+  wantedHeight_ = std::max(1, PixelsOf(openingHeight) - frame.top() - frame.bottom());
+  LayOut();
 }
 
 void HeaderWindow::Load() {
   headerBusy_ = true;
+  framed_ = false;
   SizedPlacement placement = desk_.session().displayHeader;
   // A width that nobody has chosen yet is that of a card.
   if (placement.width == Settings{}.displayHeader.width) {
@@ -81,12 +83,13 @@ void HeaderWindow::LayOut() {
   // Where it ends inside a pixel, the window needs the whole of it.
   const int most = static_cast<int>(std::ceil(HeightOfAllCards(count) * PixelsPerTwip() - 0.01));
   setMaximumHeight(std::max(1, most - frame.top() - frame.bottom()));
+  resize(width(), std::min(wantedHeight_, maximumHeight()));
 
   const int outerHeight = OuterHeight();
   ScrollBar state = HeaderScroll(outerHeight, count);
   state.value = scroll_->value();
   ShowScrollBar(scroll_, state);
-  const bool scrolls = LayoutHeader(outerHeight, count).scrolls;
+  const bool scrolls = height() < maximumHeight();
   const int outerWidth = static_cast<int>(TwipsOf(width() + frame.left() + frame.right()));
   const int barLeft = std::max(1, PixelsOf(outerWidth - rightOfScroll));
   const int barHeight = std::min(height(), PixelsOf(outerHeight - belowScroll));
@@ -117,9 +120,20 @@ void HeaderWindow::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
   if (headerBusy_ || !isVisible())
     return;
+  // Where all cards fit, the user may have wanted more.
+  wantedHeight_ = height() < maximumHeight() ? height() : std::max(wantedHeight_, height());
   Store(desk_.session().displayHeader, *this);
   LayOut();
   ShowPage();
+}
+
+void HeaderWindow::moveEvent(QMoveEvent* event) {
+  QWidget::moveEvent(event);
+  // The first move is the desktop's own, into the frame that it has drawn: only now is its width known.
+  if (isVisible() && event->spontaneous() && !std::exchange(framed_, true)) {
+    TakeOpeningHeight();
+    ShowPage();
+  }
 }
 
 void HeaderWindow::closeEvent(QCloseEvent* event) {

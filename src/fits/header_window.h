@@ -1,7 +1,6 @@
 // The header viewer.
 #pragma once
 
-#include <QLabel>
 #include <QScrollBar>
 
 #include "fits/card_view.h"
@@ -23,13 +22,14 @@ class HeaderWindow : public QWidget, public View {
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
 
  private:
   const Slot& CurrentSlot() const { return desk_.session().slot[desk_.session().currentSlot]; }
   int OuterHeight() const;  // in twips
   void Load();
-  void ScrollToStart();
+  void TakeOpeningHeight();
   void LayOut();
   void ShowPage();
 
@@ -37,6 +37,8 @@ class HeaderWindow : public QWidget, public View {
   CardView* cards_;
   QScrollBar* scroll_;
   bool headerBusy_ = false;  // the window is being loaded
+  bool framed_ = false;      // the desktop has put the window into its frame
+  int wantedHeight_ = 0;     // in pixels, where the cards are enough for it
 };
 
 }  // namespace halmek

@@ -75,6 +75,15 @@ bool Desk::Try(QWidget* over, const std::function<void()>& action, const std::st
   return false;
 }
 
+bool Desk::TryWith(const std::string& file, QWidget* over, const std::function<void()>& action) {
+  auto failure = FailureOf(action);
+  if (!failure)
+    return true;
+  NameFile(*failure, file);
+  platform_.Show(over, *failure);
+  return false;
+}
+
 void Desk::RefreshViews() {
   // A view may close itself meanwhile.
   for (View* view : std::vector(views_))

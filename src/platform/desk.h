@@ -43,6 +43,9 @@ class Desk {
   // where it has none. Returns true if it succeeded.
   bool Try(QWidget* over, const std::function<void()>& action, const std::string& consequence = {});
 
+  // The same for what is done to a file, which the message names.
+  bool TryWith(const std::string& file, QWidget* over, const std::function<void()>& action);
+
   void Tell(QWidget* over, const std::string& text, const std::string& detail = {}) {
     platform_.Show(over, {text, detail});
   }

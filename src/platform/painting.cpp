@@ -11,10 +11,6 @@
 namespace halmek {
 namespace {
 
-constexpr double twipsPerPixel = 15;
-
-QColor ColourOf(Colour c) { return {c.red, c.green, c.blue}; }
-
 // Paints in pixels of the device. The painter's own scale is undone before.
 class DevicePainter {
  public:

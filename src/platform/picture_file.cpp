@@ -3,7 +3,6 @@
 
 #include <QApplication>
 #include <QBuffer>
-#include <QFontInfo>
 #include <QImage>
 #include <QPageLayout>
 #include <QPdfWriter>
@@ -29,17 +28,14 @@ void PaintTexts(QPainter& painter, const Drawing& drawing, double unitsPerTwip) 
   QFont font = QApplication::font();
   font.setPixelSize(std::max(1, qRound(pictureTextHeight * unitsPerTwip)));
   painter.setFont(font);
-  painter.setPen(Qt::black);
+  PaintCaption(painter, Shown(drawing.caption), PictureSize(drawing).width, unitsPerTwip);
   const QFontMetricsF metrics(font, painter.device());
-  const auto write = [&](const Text& text, const QString& shown) {
-    const double left = LeftOf(text, static_cast<float>(metrics.horizontalAdvance(shown) / unitsPerTwip));
-    painter.drawText(QPointF(left, text.topLeft.y) * unitsPerTwip + QPointF(0, metrics.ascent()), shown);
-  };
-  const double room = (PictureSize(drawing).width - double{captionTopLeft.x}) * unitsPerTwip;
-  write({captionTopLeft, {}, {}}, metrics.elidedText(Shown(drawing.caption), Qt::ElideRight, room));
   for (const DrawingItem& item : drawing.items)
-    if (const Text* const text = std::get_if<Text>(&item))
-      write(*text, Shown(text->text).trimmed());
+    if (const Text* const text = std::get_if<Text>(&item)) {
+      const QString shown = Shown(text->text).trimmed();
+      const double left = LeftOf(*text, static_cast<float>(metrics.horizontalAdvance(shown) / unitsPerTwip));
+      painter.drawText(QPointF(left, text->topLeft.y) * unitsPerTwip + QPointF(0, metrics.ascent()), shown);
+    }
 }
 
 std::string PngOf(const Drawing& drawing) {
@@ -61,13 +57,13 @@ std::string PngOf(const Drawing& drawing) {
   QByteArray bytes;
   QBuffer buffer(&bytes);
   buffer.open(QIODevice::WriteOnly);
-  image.save(&buffer, "PNG");
+  if (!image.save(&buffer, "PNG"))
+    throw RunTimeError(run_time_error::outOfMemory);
   return bytes.toStdString();
 }
 
 std::string PdfOf(const Drawing& drawing) {
-  constexpr double twipsPerPoint = 20, unitsPerTwip = 1;
-  constexpr int twipsPerInch = 1440;
+  constexpr int twipsPerPoint = 20, pointsPerInch = 72, unitsPerTwip = 1;
   const WindowSize size = PictureSize(drawing);
   QByteArray bytes;
   QBuffer buffer(&bytes);
@@ -75,7 +71,7 @@ std::string PdfOf(const Drawing& drawing) {
   QPdfWriter writer(&buffer);
   writer.setTitle(Shown(drawing.caption));
   writer.setCreator("Halmek");
-  writer.setResolution(twipsPerInch);
+  writer.setResolution(unitsPerTwip * twipsPerPoint * pointsPerInch);
   // The page is as large as the picture.
   writer.setPageLayout(QPageLayout(
       QPageSize(QSizeF(size.width, size.height) / twipsPerPoint, QPageSize::Point, {}, QPageSize::ExactMatch),
@@ -83,7 +79,8 @@ std::string PdfOf(const Drawing& drawing) {
   QPainter painter(&writer);
   PaintVectors(painter, drawing, unitsPerTwip);
   PaintTexts(painter, drawing, unitsPerTwip);
-  painter.end();
+  if (!painter.end())
+    throw RunTimeError(run_time_error::outOfMemory);
   return bytes.toStdString();
 }
 

@@ -72,13 +72,17 @@ QRect SeenPlace(const SizedPlacement& placement) {
 }  // namespace
 
 QMargins FrameMargins(const QWidget& window) {
-  if (const QMargins own = OwnMargins(window); !own.isNull())
-    return own;
   // Some desktops draw less around a window that cannot be resized.
   static QMargins known;
+  const auto isResizable = [](const QWidget& w) { return w.minimumSize() != w.maximumSize(); };
+  if (const QMargins own = OwnMargins(window); !own.isNull()) {
+    if (isResizable(window))
+      known = own;
+    return own;
+  }
   for (const QWidget* other : QApplication::topLevelWidgets())
     if (const QMargins margins = OwnMargins(*other);
-        !margins.isNull() && (known.isNull() || other->minimumSize() != other->maximumSize()))
+        !margins.isNull() && (known.isNull() || isResizable(*other)))
       known = margins;
   return known;
 }
@@ -150,6 +154,12 @@ QRect ClearOf(const QRect& outer, const QRect& free, const QRect& screen) {
   left.moveLeft(screen.left());
   right.moveRight(screen.right());
   return free.center().x() > screen.center().x() ? left : right;
+}
+
+void BringToFront(QWidget& window) {
+  window.show();
+  window.raise();
+  window.activateWindow();
 }
 
 void FixOuterSize(QWidget& window, int width, int height) {

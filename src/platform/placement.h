@@ -35,6 +35,9 @@ QRect InSight(const QRect& outer, const QList<QRect>& screens);
 // nearer side that has room, or, as far as the screen allows, to the roomier one.
 QRect ClearOf(const QRect& outer, const QRect& free, const QRect& screen);
 
+// Shows a window, above the others and with the keyboard.
+void BringToFront(QWidget& window);
+
 // Keeps the outer size of a window at a fixed size or above a least one, in twips.
 void FixOuterSize(QWidget& window, int width, int height);
 void SetLeastOuterSize(QWidget& window, int width, int height);

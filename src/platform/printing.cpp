@@ -5,6 +5,7 @@
 #include <QPrinter>
 #include <QPrinterInfo>
 #include <QTemporaryDir>
+#include <algorithm>
 #include <filesystem>
 
 #include "files/atomic_write.h"
@@ -30,7 +31,8 @@ void CopySettings(const QPrinter& from, QPrinter& to) {
   to.setResolution(from.resolution());
 }
 
-// Makes the printer that was chosen the current one, if it is installed. Names differ by more than case.
+// Makes the printer that was chosen the current one, if it is installed. Names that differ in case only are
+// the same.
 void TakePrinter(const QPrinter& chosen, QPrinter& current) {
   if (IsFile(chosen)) {
     current.setOutputFormat(QPrinter::PdfFormat);
@@ -52,7 +54,7 @@ void TakePrinter(const QPrinter& chosen, QPrinter& current) {
   }
 }
 
-void PaintCopies(QPrinter& printer, const std::function<void(QPainter&, const QRectF&)>& paint) {
+void PaintCopies(QPrinter& printer, const Printing::PaintPage& paint) {
   const int copies = printer.supportsMultipleCopies() ? 1 : std::max(1, printer.copyCount());
   QPainter painter;
   if (!painter.begin(&printer))
@@ -69,10 +71,11 @@ void PaintCopies(QPrinter& printer, const std::function<void(QPainter&, const QR
 }
 
 // The bytes of a PDF file with the page.
-std::string PdfPage(const QPrinter& settings, const QString& title,
-                    const std::function<void(QPainter&, const QRectF&)>& paint) {
+std::string PdfPage(const QPrinter& settings, const QString& title, const Printing::PaintPage& paint) {
   // The platform writes files itself and does not tell where it failed, so that it gets one of its own.
   const QTemporaryDir folder;
+  if (!folder.isValid())
+    throw RunTimeError(run_time_error::pathAccess, "the folder for temporary files cannot be written");
   QPrinter printer(QPrinter::HighResolution);
   printer.setOutputFormat(QPrinter::PdfFormat);
   printer.setOutputFileName(folder.filePath("page.pdf"));
@@ -97,6 +100,15 @@ std::string FreeName(const std::string& file) {
     name = path.parent_path() /
            (path.stem().string() + "-" + std::to_string(number) + path.extension().string());
   return name.string();
+}
+
+void WritePage(const std::string& file, const std::string& pdf) {
+  try {
+    AtomicWrite(file, pdf);
+  } catch (const RunTimeError& error) {
+    const std::string detail = error.detail().empty() ? "" : error.detail() + "; ";
+    throw RunTimeError(error.number(), detail + "the file is \"" + file + "\"");
+  }
 }
 
 }  // namespace
@@ -128,30 +140,45 @@ void Printing::SetUp(Platform& platform, QWidget* over, const std::string& folde
     return;
   TakePrinter(chosen, current);
   CopySettings(chosen, current);
-  isFileUsed_ = false;
+  // The dialog has asked about a file that is there.
+  if (IsFile(chosen))
+    isFileUsed_ = false;
 }
 
-std::string Printing::Print(const QString& title,
-                            const std::function<void(QPainter&, const QRectF&)>& paint) {
-  QPrinter& printer = Current();
-  if (IsFile(printer)) {
-    const std::string chosen = Typed(printer.outputFileName());
-    if (chosen.empty())
-      throw RunTimeError(run_time_error::deviceUnavailable,
-                         "there is no printer; File > Print Setup ... lets you choose one, or a PDF file");
-    const std::string whole = fs::absolute(chosen).string();
-    const std::string file = isFileUsed_ ? FreeName(whole) : whole;
-    AtomicWrite(file, PdfPage(printer, title, paint));
-    isFileUsed_ = true;
-    return file;
+std::string Printing::Print(const QString& title, const PaintPage& paint) {
+  try {
+    if (IsFile(Current()))
+      return PrintToFile(title, paint);
+    PrintOnPaper(title, paint);
+    return {};
+  } catch (const RunTimeError& error) {
+    throw Refusal(std::to_string(error.number()) + " " + std::string(ErrorText(error.number())),
+                  error.detail());
   }
+}
+
+std::string Printing::PrintToFile(const QString& title, const PaintPage& paint) {
+  const std::string chosen = Typed(Current().outputFileName());
+  if (chosen.empty())
+    throw RunTimeError(run_time_error::deviceUnavailable,
+                       "there is no printer; File > Print Setup ... lets you choose one, or a PDF file");
+  std::error_code noCurrentFolder;
+  const fs::path whole = fs::absolute(chosen, noCurrentFolder);
+  const std::string name = noCurrentFolder ? chosen : whole.string();
+  const std::string file = isFileUsed_ ? FreeName(name) : name;
+  WritePage(file, PdfPage(Current(), title, paint));
+  isFileUsed_ = true;
+  return file;
+}
+
+void Printing::PrintOnPaper(const QString& title, const PaintPage& paint) {
+  QPrinter& printer = Current();
   if (QPrinterInfo::printerInfo(printer.printerName()).isNull())
     throw RunTimeError(run_time_error::deviceUnavailable,
                        "the printer " + Typed(printer.printerName()) + " cannot be reached");
   printer.setDocName(title);
   printer.setCreator("Halmek");
   PaintCopies(printer, paint);
-  return {};
 }
 
 }  // namespace halmek

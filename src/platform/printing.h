@@ -25,14 +25,19 @@ class Printing {
   // for the file, where the printer is one.
   void SetUp(Platform& platform, QWidget* over, const std::string& folder);
 
-  // Prints one page, as often as copies are wanted. `paint` gets what can be printed on of the page, in units
-  // of the painter. Where the printer is a PDF file, the first page goes to the file chosen, and each further
-  // one to a file of its own, numbered where the name is taken; returns its full name, which is empty on
-  // paper. Throws RunTimeError 68 where there is no printer, and others where the page cannot be printed.
-  std::string Print(const QString& title, const std::function<void(QPainter&, const QRectF&)>& paint);
+  // Paints on what can be printed on of a page, in units of the painter.
+  using PaintPage = std::function<void(QPainter& painter, const QRectF& page)>;
+
+  // Prints one page, as often as copies are wanted. Where the printer is a PDF file, the first page goes to
+  // the file chosen, and each further one to a file of its own, numbered where the name is taken; returns its
+  // full name, which is empty on paper. Throws Refusal, whose text is the number and the text of a run-time
+  // error: 68 where there is no printer, others where the page cannot be printed.
+  std::string Print(const QString& title, const PaintPage& paint);
 
  private:
   QPrinter& Current();
+  std::string PrintToFile(const QString& title, const PaintPage& paint);
+  void PrintOnPaper(const QString& title, const PaintPage& paint);
 
   std::unique_ptr<QPrinter> printer_;
   bool isFileUsed_ = false;  // a page was printed to the file chosen

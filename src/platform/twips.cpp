@@ -7,10 +7,12 @@
 #include <algorithm>
 #include <cmath>
 
+#include "plot/drawing.h"
+
 namespace halmek {
 
 double PixelsPerTwip() {
-  constexpr double twipsPerPixel = 15, usualTextPixels = 12;
+  constexpr double usualTextPixels = 12;
   // The main window, the largest that cannot be made smaller, must still fit on the screen.
   constexpr double largestWidth = 10920, largestHeight = 7950;
   const double textPixels = QFontInfo(QApplication::font()).pixelSize();
@@ -19,7 +21,7 @@ double PixelsPerTwip() {
     const QSizeF room = screen->availableSize();
     pixelsPerTwip = std::min({pixelsPerTwip, room.width() / largestWidth, room.height() / largestHeight});
   }
-  return std::max(1 / twipsPerPixel, pixelsPerTwip);
+  return std::max(1.0 / twipsPerPixel, pixelsPerTwip);
 }
 
 int PixelsOf(double twips) { return static_cast<int>(std::lround(twips * PixelsPerTwip())); }

@@ -1,7 +1,6 @@
 // Drawings and controls as vectors.
 #include "platform/vector_painting.h"
 
-#include <QCheckBox>
 #include <QComboBox>
 #include <QFontInfo>
 #include <QLabel>
@@ -12,11 +11,12 @@
 #include <algorithm>
 
 #include "platform/controls.h"
+#include "platform/painting.h"
+#include "plot/picture.h"
 
 namespace halmek {
 namespace {
 
-constexpr double twipsPerPixel = 15;
 constexpr QColor outline(128, 128, 128), disabledText(128, 128, 128);
 
 class VectorPainter {
@@ -45,7 +45,7 @@ class VectorPainter {
   void operator()(const Circle& circle) {
     const double radius = (circle.innerRadius + circle.outerRadius) / 2.0 * scale_;
     const double width = (circle.outerRadius - circle.innerRadius) * scale_;
-    painter_.setPen(QPen(QColor(circle.colour.red, circle.colour.green, circle.colour.blue), width));
+    painter_.setPen(QPen(ColourOf(circle.colour), width));
     painter_.setBrush(Qt::NoBrush);
     painter_.drawEllipse(At(circle.centre), radius, radius);
   }
@@ -60,8 +60,7 @@ class VectorPainter {
   }
 
   QPen Pen(Colour c, int penWidth) const {
-    return {QColor(c.red, c.green, c.blue), penWidth * twipsPerPixel * scale_, Qt::SolidLine, Qt::SquareCap,
-            Qt::RoundJoin};
+    return {ColourOf(c), penWidth * twipsPerPixel * scale_, Qt::SolidLine, Qt::SquareCap, Qt::RoundJoin};
   }
 
   QPainter& painter_;
@@ -149,9 +148,14 @@ class ControlPainter {
     painter_.drawRoundedRect(rect.adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
   }
 
+  // What a window cuts off is cut off on paper, but for letters that are a little wider there.
   void Write(const QRectF& rect, int flags, const QString& text) {
+    constexpr double wider = 2;
+    painter_.save();
+    painter_.setClipRect(rect.adjusted(-wider, -wider, wider, wider), Qt::IntersectClip);
     painter_.setPen(textPen_);
     painter_.drawText(rect, flags | Qt::TextDontClip, text);
+    painter_.restore();
   }
 
   QPainter& painter_;
@@ -177,6 +181,14 @@ void PaintControls(QPainter& painter, const QWidget& window) {
     if (widget->isVisibleTo(&window))
       controls.Paint(*widget, QRectF(widget->mapTo(&window, QPointF(0, 0)), widget->size()));
   painter.restore();
+}
+
+void PaintCaption(QPainter& painter, const QString& caption, double room, double unitsPerTwip) {
+  const QFontMetricsF metrics(painter.font(), painter.device());
+  const QPointF topLeft(captionTopLeft.x, captionTopLeft.y);
+  painter.setPen(Qt::black);
+  painter.drawText(topLeft * unitsPerTwip + QPointF(0, metrics.ascent()),
+                   metrics.elidedText(caption, Qt::ElideRight, (room - topLeft.x()) * unitsPerTwip));
 }
 
 QFont FontInPixels(const QWidget& widget) {

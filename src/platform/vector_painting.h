@@ -16,6 +16,9 @@ void PaintVectors(QPainter& painter, const Drawing& drawing, double unitsPerTwip
 // The painter's units are the window's pixels.
 void PaintControls(QPainter& painter, const QWidget& window);
 
+// Writes the caption above a plot that is `room` twips wide, as much of it as fits.
+void PaintCaption(QPainter& painter, const QString& caption, double room, double unitsPerTwip);
+
 // The font of a widget, in the units of a painter instead of points.
 QFont FontInPixels(const QWidget& widget);
 

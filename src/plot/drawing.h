@@ -26,6 +26,9 @@ inline constexpr Colour green{0, 255, 0};
 inline constexpr Colour blue{0, 0, 255};
 }  // namespace colours
 
+// Of a logical pixel, in which pens are measured.
+inline constexpr int twipsPerPixel = 15;
+
 struct Point {
   float x = 0, y = 0;
 };

@@ -5,7 +5,6 @@
 
 #include "platform/twips.h"
 #include "platform/vector_painting.h"
-#include "plot/picture.h"
 
 namespace halmek {
 
@@ -24,10 +23,7 @@ void PaintPage(QPainter& painter, const QRectF& page, const QWidget& client, con
   if (surface.drawing())
     PaintVectors(painter, *surface.drawing(), PixelsPerTwip());
   painter.setFont(FontInPixels(client));
-  painter.setPen(Qt::black);
-  painter.drawText(
-      QPointF(PixelsOf(captionTopLeft.x), PixelsOf(captionTopLeft.y) + painter.fontMetrics().ascent()),
-      title);
+  PaintCaption(painter, title, TwipsOf(surface.width()), PixelsPerTwip());
   painter.restore();
   PaintControls(painter, client);
 }

@@ -10,7 +10,6 @@
 #include <filesystem>
 #include <utility>
 
-#include "files/failure.h"
 #include "platform/picture_file.h"
 #include "platform/placement.h"
 #include "platform/text.h"
@@ -62,18 +61,15 @@ void PlotWindow::AddFileMenu(const PlotWindowNames& names) {
 }
 
 void PlotWindow::Print() {
-  try {
-    const std::string file =
-        desk_.printing().Print(windowTitle(), [this](QPainter& painter, const QRectF& page) {
-          PaintPage(painter, page, *area_, *surface_, windowTitle());
-        });
-    if (!file.empty())
-      desk_.Tell(this, "The page is in the file " + LeafName(file) + ".",
-                 "in the folder " + std::filesystem::path(file).parent_path().string());
-  } catch (const RunTimeError& error) {
-    desk_.Tell(this, std::to_string(error.number()) + " " + std::string(ErrorText(error.number())),
-               error.detail());
-  }
+  std::string file;
+  const bool isPrinted = desk_.Try(this, [&] {
+    file = desk_.printing().Print(windowTitle(), [this](QPainter& painter, const QRectF& page) {
+      PaintPage(painter, page, *area_, *surface_, windowTitle());
+    });
+  });
+  if (isPrinted && !file.empty())
+    desk_.Tell(this, "The page is in the file " + LeafName(file) + ".",
+               "in the folder " + std::filesystem::path(file).parent_path().string());
 }
 
 void PlotWindow::SavePictureAs() {
@@ -82,7 +78,7 @@ void PlotWindow::SavePictureAs() {
                                                        .name = PictureName() + ".png",
                                                        .patterns = {"*.png", "*.svg", "*.pdf"}});
   if (file && surface_->drawing())
-    desk_.Try(this, [&] { SavePicture(*surface_->drawing(), *file); });
+    desk_.TryWith(*file, this, [&] { SavePicture(*surface_->drawing(), *file); });
 }
 
 bool PlotWindow::Open() {
@@ -105,8 +101,7 @@ bool PlotWindow::Open() {
   show();
   Frame().plotBusy = false;
   Redraw();
-  raise();
-  activateWindow();
+  BringToFront(*this);
   return true;
 }
 

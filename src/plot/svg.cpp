@@ -12,7 +12,6 @@
 namespace halmek {
 namespace {
 
-constexpr int twipsPerPixel = 15;
 constexpr int baseline = 150;  // from the top of a text down to its base line
 
 // The width of a text of digits, by which values are lined up: only the program that shows the file knows its

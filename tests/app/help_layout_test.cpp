@@ -22,16 +22,16 @@ TEST(HelpLayout, StacksParagraphsByTheirLengths) {
   TakeHelpPage(s, PageOf({500, 30, 85}));
   EXPECT_EQ(s.helpParagraphCount, 3);
   EXPECT_EQ(s.helpParagraphLength[2], 30);
-  const HelpLayout wide = LayoutHelp(s, 9000, std::vector{100, 100, 100});
+  const HelpLayout wide = LayoutHelp(s, 9000, 0, std::vector{100, 100, 100});
   EXPECT_EQ(wide.tops,
             (std::vector{500, 1782, 2235}));  // 500 x 15000 / 8500 = 882.4, 30 x 15000 / 8500 = 52.9
   EXPECT_EQ(wide.windowHeight, 3225);         // 1000 + 615 x 15000 / 9000 + 3 x 400
-  EXPECT_EQ(LayoutHelp(s, 4500, std::vector{100, 100, 100}).windowHeight, 4250);
+  EXPECT_EQ(LayoutHelp(s, 4500, 0, std::vector{100, 100, 100}).windowHeight, 4250);
 
   // Nothing is divided by, nothing overflows.
   TakeHelpPage(s, PageOf({30000, 30000}));
   for (int width : {500, 1, -3}) {
-    const HelpLayout narrow = LayoutHelp(s, width, std::vector{10, 10});
+    const HelpLayout narrow = LayoutHelp(s, width, 0, std::vector{10, 10});
     EXPECT_EQ(narrow.windowHeight, 32767);
     EXPECT_EQ(narrow.tops, (std::vector{500, 32767}));
   }
@@ -41,18 +41,19 @@ TEST(HelpLayout, ATextThatNeedsMoreRoomPushesDownWhatFollows) {
   Session s;
   TakeHelpPage(s, PageOf({100, 100, 100}));
   const std::vector heights{3000, 200, 4000};
-  const HelpLayout layout = LayoutHelp(s, 9000, heights);
+  const HelpLayout layout = LayoutHelp(s, 9000, 0, heights);
   for (size_t k = 1; k < 3; ++k)
     EXPECT_GE(layout.tops[k], layout.tops[k - 1] + heights[k - 1] + 100) << k;
   EXPECT_EQ(layout.tops[2] - layout.tops[1], 576) << "the room by the rule, which is enough";
   EXPECT_GT(layout.contentHeight, layout.tops[2] + heights[2]);
+  EXPECT_EQ(LayoutHelp(s, 9000, 800, heights).tops[0], 800) << "the title, too";
 }
 
 TEST(HelpLayout, LaysOutTwentyParagraphsAtMost) {
   Session s;
   TakeHelpPage(s, PageOf(std::vector(25, 10)));
   EXPECT_EQ(s.helpParagraphCount, 20);
-  EXPECT_EQ(LayoutHelp(s, 9000, std::vector(25, 10)).tops.size(), 20u);
+  EXPECT_EQ(LayoutHelp(s, 9000, 0, std::vector(25, 10)).tops.size(), 20u);
 }
 
 TEST(HelpPages, AreWhole) {

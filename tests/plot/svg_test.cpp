@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "plot/picture.h"
 #include "plot/text_encoding.h"
 
 namespace halmek {
@@ -35,6 +36,12 @@ TEST(Svg, WritesOneElementAnItemInOrder) {
     at = svg.find(piece, at);
     ASSERT_NE(at, std::string::npos) << piece << "\n" << svg;
   }
+}
+
+TEST(Pictures, LineUpTheValuesOfTheLeftAxisWhereTheyAreShort) {
+  EXPECT_EQ(LeftOf(Text{{0, 9}, "2.0", {}}, 100), 485);
+  EXPECT_EQ(LeftOf(Text{{0, 9}, "123456789", {}}, 700), 0);
+  EXPECT_EQ(LeftOf(Text{{800, 9}, "200", {}}, 100), 800);
 }
 
 TEST(Svg, KeepsEveryPointOfACurveAndWritesFiniteNumbersOnly) {

@@ -329,10 +329,19 @@ TEST_F(FileChooserTest, ExportsTheSlotOfItsButton) {
     EXPECT_TRUE(In<QRadioButton>(c.button)->isChecked()) << c.button;
     EXPECT_EQ(session->currentSlot, c.slot);
   }
+  session->baseName = "star";
+  for (const auto& c : cases)
+    session->slot[c.slot].fileName = "slot" + std::to_string(c.slot) + ".fts";
+  session->currentSlot = 1;
+  Open(choosers::saveSpectrumText, "", SpectrumTextName(*session, 1));
   for (const auto& c : cases) {
     Press(c.button);
     EXPECT_EQ(session->currentSlot, c.slot);
+    EXPECT_EQ(Name(), c.slot == 3 ? "star_1D.txt" : "slot" + std::to_string(c.slot) + ".txt");
   }
+  Type("mine.txt");
+  Press("Option2");
+  EXPECT_EQ(Name(), "mine.txt") << "a name that was typed stays";
   // The frame is none of them.
   session->currentSlot = slots::frame;
   Open(choosers::saveSpectrumText, "", "new.txt");

@@ -69,6 +69,23 @@ TEST_F(HeaderTest, ShowsAPageOfTheCardsAndShrinksAroundFew) {
   EXPECT_EQ(Header()->windowTitle(), "Display Fits Hdr - 2D Spectrum");
 }
 
+TEST_F(HeaderTest, ShowsNoBarWhereAllCardsFitWhateverTheSizeOfTexts) {
+  const QFont usual = QApplication::font();
+  for (const int textPixels : {13, 14, 16}) {
+    QFont font = usual;
+    font.setPointSizeF(QFontInfo(usual).pointSizeF() * textPixels / QFontInfo(usual).pixelSize());
+    QApplication::setFont(font);
+    main.reset();
+    Start();
+    for (const int cards : {10, 19, 20, 24, 27, 33}) {
+      Hold(0, cards);
+      OpenHeader(0);
+      EXPECT_FALSE(Bar()->isVisible()) << cards << " at " << textPixels;
+    }
+  }
+  QApplication::setFont(usual);
+}
+
 TEST_F(HeaderTest, AHeaderWithoutCardsIsSaidToHaveNone) {
   Hold(2, 0);
   OpenHeader(2);
@@ -93,8 +110,12 @@ TEST_F(HeaderTest, IsLaidOutAgainWhereverItIsScrolled) {
     Bar()->setValue(Bar()->minimum());
   }
   EXPECT_TRUE(Seen().starts_with("0-1 ..")) << Seen();
+  EXPECT_LT(Cards()->geometry().right(), Bar()->x());
+  Hold(0, 50);
+  desk.RefreshViews();
   Header()->resize(500, 5000);
-  EXPECT_LE(HeightInTwips(), 200 * 194.5 + 560 + TwipsOf(1)) << "no higher than all cards";
+  EXPECT_NEAR(HeightInTwips(), 50 * 194.5 + 560, TwipsOf(1)) << "no higher than all cards";
+  EXPECT_FALSE(Bar()->isVisible());
 }
 
 TEST_F(HeaderTest, WheelAndKeysScroll) {
@@ -133,6 +154,12 @@ TEST_F(HeaderTest, TextCanBeSelectedAcrossPagesAndCopied) {
       << "scrolling keeps the selection";
   desk.RefreshViews();
   EXPECT_TRUE(Cards()->textCursor().hasSelection());
+  QTest::keyClick(Cards(), Qt::Key_Home);
+  const int start = Bar()->value();
+  Cards()->setTextCursor(QTextCursor(Cards()->document()));
+  for (int i = 0; i < 60; ++i)
+    QTest::keyClick(Cards(), Qt::Key_Down, Qt::ShiftModifier);
+  EXPECT_GT(Bar()->value(), start + 10) << "the page follows a selection";
   QTest::keyClick(Cards(), Qt::Key_X, Qt::ControlModifier);
   EXPECT_EQ(session->slot[0].card(1).substr(0, 7), "CARD0-1");
   EXPECT_TRUE(Cards()->toPlainText().startsWith("CARD0-1="));
@@ -149,10 +176,12 @@ TEST_F(HeaderTest, ShowsTheSlotThatIsCurrentWhenItIsDrawn) {
   EXPECT_GT(session->slot[0].cardCount, cards);
   EXPECT_NE(text().find("HISTORY"), std::string::npos) << "a new card appears at once";
 
+  EXPECT_LT(HeightInTwips(), 9000);
   session->currentSlot = 1;
   desk.RefreshViews();
   EXPECT_TRUE(text().starts_with("CARD1-1="));
   EXPECT_TRUE(Bar()->isVisible());
+  EXPECT_NEAR(HeightInTwips(), 9000, TwipsOf(1)) << "as high as before the few cards";
   OpenHeader(0);
   EXPECT_TRUE(text().starts_with("SIMPLE"));
 }

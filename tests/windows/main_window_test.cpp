@@ -321,8 +321,10 @@ TEST_F(MainWindowTest, ButtonsOpenTheirChoosersWithTitleAndName) {
       {"Command13", "frmLoad_Datafiles", "Load 1-D Fits File", nullptr, 2},
       {"Command16", "frmLoad_Datafiles", "Load Program 1-D Fits File", nullptr, 4},
       {"Command9", "frmSave_datafiles", "Save 1-D Fits File", "star_1D.fts", 3},
+      {"mSave1D_Text", "frmSave_1DText", "Save 1-D Data to Text File", "star_1D.txt", 3},
       {"Command15", "frmSave_datafiles", "Save Calibrated 1-D Program File", "obj.xcal.fts", 4},
       {"mSaveAs", "frmSave_datafiles", "Save 2-D Program File", "star.fts", 0},
+      {"mSave2D_Text", "frmSave_2DText", "Save 2-D Data to Text File", "star_2D.txt", 0},
   };
   for (const auto& c : cases) {
     if (c.control[0] == 'm')

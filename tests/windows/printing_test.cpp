@@ -3,8 +3,11 @@
 
 #include <QImage>
 #include <QPrinter>
+#include <QRadioButton>
 #include <regex>
 
+#include "platform/picture_file.h"
+#include "platform/vector_painting.h"
 #include "plot/plot_page.h"
 #include "plot/svg.h"
 #include "windows/part2_test.h"
@@ -50,6 +53,23 @@ class PrintingTest : public Part2Test {
     const std::regex pattern(what);
     return static_cast<int>(std::distance(std::sregex_iterator(text.begin(), text.end(), pattern), {}));
   }
+  // What stands in a window, as it is printed on a page of that size.
+  static QImage Page(QWidget* client, const QSize& size, const QString& title = "A title") {
+    QImage page(size, QImage::Format_RGB32);
+    page.fill(Qt::white);
+    QPainter painter(&page);
+    PaintPage(painter, page.rect(), *client, SurfaceOf(client), title);
+    return page;
+  }
+  // The bounds of the pixels that are not white, or of those that are wanted.
+  static QRect InkOf(const QImage& image, const std::function<bool(QColor)>& isWanted) {
+    QRect ink;
+    for (int y = 0; y < image.height(); ++y)
+      for (int x = 0; x < image.width(); ++x)
+        if (const QColor c = image.pixelColor(x, y); c != Qt::white && (!isWanted || isWanted(c)))
+          ink |= QRect(x, y, 1, 1);
+    return ink;
+  }
   // The width and height of the pages in points.
   static std::pair<int, int> PageSize(const std::string& pdf) {
     std::smatch box;
@@ -79,52 +99,76 @@ TEST_F(PrintingTest, EveryPlotPrintsItsCopiesInEitherOrientationAsVectors) {
   }
 }
 
-TEST_F(PrintingTest, ThePageHoldsWhatStandsInTheWindow) {
+TEST_F(PrintingTest, ThePageIsFilledWithoutDistortion) {
   LoadFrame(200, 60);
-  QWidget* const row = OpenRowPlot("30");
-  PlotSurface& surface = SurfaceOf(row);
-  const auto paint = [&](const QSize& size, const QString& title) {
-    QImage page(size, QImage::Format_RGB32);
-    page.fill(Qt::white);
-    QPainter painter(&page);
-    PaintPage(painter, page.rect(), *surface.parentWidget(), surface, title);
-    return page;
-  };
-  const auto inked = [](const QImage& page) {
-    QRect ink;
-    for (int y = 0; y < page.height(); ++y)
-      for (int x = 0; x < page.width(); ++x)
-        if (page.pixelColor(x, y) != Qt::white)
-          ink |= QRect(x, y, 1, 1);
-    return ink;
-  };
-  const double ratio = 1.0 * surface.parentWidget()->width() / surface.parentWidget()->height();
+  QWidget* const client = SurfaceOf(OpenRowPlot("30")).parentWidget();
+  const double ratio = 1.0 * client->width() / client->height();
   for (const QSize& size : {QSize(1400, 1000), QSize(1000, 1400), QSize(1400, 300)}) {
-    const QRect ink = inked(paint(size, "A title"));
+    const QRect ink = InkOf(Page(client, size), nullptr);
     const double width = std::min(size.width() * 1.0, size.height() * ratio);
     EXPECT_GT(ink.width(), 0.94 * width) << "as large as fits";
     EXPECT_LE(ink.width(), width + 1);
     EXPECT_LE(ink.height(), width / ratio + 1);
     EXPECT_NEAR(ink.center().x(), size.width() / 2.0, 0.04 * width) << "in the middle";
   }
+}
 
-  // Each text is there: the page changes where it changes.
-  const QSize size(1400, 1000);
-  const QImage before = paint(size, "A title");
-  EXPECT_NE(paint(size, ""), before);
-  for (QLabel* label : row->findChildren<QLabel*>())
-    if (label->isVisible() && !label->text().isEmpty()) {
-      const QString text = label->text();
-      label->setText("");
-      EXPECT_NE(paint(size, "A title"), before) << label->objectName().toStdString();
-      label->setText(text);
+TEST_F(PrintingTest, ThePageHoldsWhatStandsInTheWindow) {
+  for (const Printed& p : OpenAll()) {
+    QWidget* const client = SurfaceOf(p.window).parentWidget();
+    const auto page = [&] { return Page(client, client->size()); };
+    const auto isCurve = [](QColor c) { return c.red() > c.green() + 40 && c.red() > c.blue() + 40; };
+    const QRect printed = InkOf(page(), isCurve), shown = InkOf(client->grab().toImage(), isCurve);
+    for (const auto edge : {&QRect::left, &QRect::right, &QRect::top, &QRect::bottom})
+      EXPECT_NEAR((printed.*edge)(), (shown.*edge)(), 2) << p.window->objectName().toStdString();
+    EXPECT_NE(Page(client, client->size(), ""), page()) << "the caption";
+
+    // What is changed in the window changes the page.
+    const auto expectOnPage = [&](QWidget* control, const std::function<void()>& change) {
+      if (!control->isVisible())
+        return;
+      const QSignalBlocker silent(control);
+      const QImage before = page();
+      change();
+      EXPECT_NE(page(), before) << p.window->objectName().toStdString() << " "
+                                << control->objectName().toStdString();
+    };
+    for (QLineEdit* box : client->findChildren<QLineEdit*>())
+      expectOnPage(box, [&] { box->setText("77"); });
+    for (QComboBox* list : client->findChildren<QComboBox*>())
+      expectOnPage(list, [&] { list->setCurrentIndex((list->currentIndex() + 1) % list->count()); });
+    for (QScrollBar* bar : client->findChildren<QScrollBar*>())
+      expectOnPage(bar, [&] { bar->setRange(0, 99), bar->setValue(50); });
+    for (QRadioButton* radio : client->findChildren<QRadioButton*>()) {
+      const QPoint dot = radio->mapTo(client, QPoint(7, radio->height() / 2));
+      EXPECT_EQ(page().pixelColor(dot).lightness() < 60, radio->isChecked());
     }
-  for (QPushButton* button : row->findChildren<QPushButton*>()) {
-    button->setVisible(false);
-    EXPECT_NE(paint(size, "A title"), before) << button->objectName().toStdString();
-    button->setVisible(true);
+    for (QLabel* label : client->findChildren<QLabel*>())
+      if (!label->text().isEmpty())
+        expectOnPage(label, [&] { label->setText(""); });
+    for (QPushButton* button : client->findChildren<QPushButton*>())
+      expectOnPage(button, [&] { button->hide(); });
   }
-  EXPECT_EQ(paint(size, "A title"), before);
+}
+
+TEST_F(PrintingTest, VectorsLieWhereTheDrawingHasThem) {
+  Drawing drawing({1500, 2850}, "");
+  drawing.plotTopLeft = {150, 150};
+  drawing.plotBottomRight = {1350, 1350};
+  drawing.Add(halmek::Line{{15, 75}, {1485, 75}, colours::blue, 2});
+  drawing.Add(Polyline{{{0, 750}, {1500, 750}}, colours::red, 2});
+  drawing.Add(Circle{{750, 300}, 60, 90, colours::green});
+  QImage image(100, 100, QImage::Format_RGB32);
+  image.fill(Qt::white);
+  QPainter painter(&image);
+  PaintVectors(painter, drawing, 1 / 15.0);
+  const auto inkOf = [&](QRgb channel) {
+    return InkOf(image, [channel](QColor c) { return (c.rgb() & 0xFFFFFF & ~channel) == 0; });
+  };
+  EXPECT_EQ(inkOf(0x0000FF), QRect(0, 4, 100, 2));
+  EXPECT_EQ(inkOf(0xFF0000), QRect(10, 49, 80, 2)) << "cut to the plot";
+  EXPECT_TRUE(QRect(43, 13, 14, 14).contains(inkOf(0x00FF00))) << "a ring of 4 to 6 pixels around (50, 20)";
+  EXPECT_GT(inkOf(0x00FF00).width(), 9);
 }
 
 TEST_F(PrintingTest, NoPageReplacesAnotherAndFailuresAreToldByNumber) {
@@ -171,25 +215,21 @@ TEST_F(PrintingTest, NoPageReplacesAnotherAndFailuresAreToldByNumber) {
   EXPECT_TRUE(row->isVisible());
 }
 
-TEST_F(PrintingTest, APrinterThatIsNotInstalledGivesOnlyItsSettings) {
-  LoadFrame(200, 60);
-  QWidget* const row = OpenRowPlot("30");
-  ChooseFile("a.pdf", QPageLayout::Portrait, 1);
-  Trigger(row, "mPrintSetup");
-  platform.setUpPrinter = [](QPrinter& printer) {
-    printer.setOutputFormat(QPrinter::NativeFormat);
-    printer.setPrinterName("No such printer");
-    printer.setPageOrientation(QPageLayout::Landscape);
-    printer.setCopyCount(3);
+TEST_F(PrintingTest, TheDialogIsPresetAndItsSettingsReachThePrinter) {
+  Printing printing;
+  platform.setUpPrinter = [this](QPrinter& printer) {
+    EXPECT_EQ(printer.outputFileName().toStdString(), folder.File("print.pdf"));
+    EXPECT_EQ(printer.pageLayout().orientation(), QPageLayout::Landscape);
+    printer.setColorMode(QPrinter::GrayScale);
     return true;
   };
-  Trigger(row, "mPrintSetup");
-  Trigger(row, "mPrint");
-  EXPECT_EQ(platform.TakeMessages(), Texts{"The page is in the file a.pdf."});
-  const std::string pdf = ReadFile(folder.File("a.pdf"));
-  EXPECT_EQ(Count(pdf, "/Type /Page\\b(?!s)"), 3);
-  const auto [width, height] = PageSize(pdf);
-  EXPECT_GT(width, height);
+  printing.SetUp(platform, nullptr, folder.path());
+  printing.Print("A title", [](QPainter& painter, const QRectF&) {
+    const auto* const printer = dynamic_cast<const QPrinter*>(painter.device());
+    ASSERT_NE(printer, nullptr);
+    EXPECT_EQ(printer->colorMode(), QPrinter::GrayScale);
+    EXPECT_EQ(printer->docName(), "A title");
+  });
 }
 
 TEST_F(PrintingTest, PicturesAreOfTheKindThatTheirNameEndsIn) {
@@ -204,14 +244,10 @@ TEST_F(PrintingTest, PicturesAreOfTheKindThatTheirNameEndsIn) {
   EXPECT_EQ(platform.questions.back().name, "star_row30.png");
   const QImage png(QString::fromStdString(folder.File("a.png")));
   EXPECT_NEAR(png.width(), 2 * row->frameGeometry().width(), 2);
-  int red = 0, black = 0;
-  for (int y = 0; y < png.height(); ++y)
-    for (int x = 0; x < png.width(); ++x) {
-      red += png.pixelColor(x, y) == Qt::red;
-      black += png.pixelColor(x, y) == Qt::black && y < PixelsOf(2 * 250);
-    }
-  EXPECT_GT(red, png.width()) << "the curve";
-  EXPECT_GT(black, 100) << "the caption, above the plot";
+  const auto isRed = [](QColor c) { return c == Qt::red; };
+  const auto isBlack = [](QColor c) { return c == Qt::black; };
+  EXPECT_GT(InkOf(png, isRed).width(), png.width() / 2) << "the curve";
+  EXPECT_LT(InkOf(png, isBlack).top(), 2 * PixelsOf(250)) << "the caption, above the plot";
 
   EXPECT_EQ(save("a.SVG"), Texts{});
   EXPECT_EQ(ReadFile(folder.File("a.SVG")), SvgOf(*SurfaceOf(row).drawing()));
@@ -219,6 +255,17 @@ TEST_F(PrintingTest, PicturesAreOfTheKindThatTheirNameEndsIn) {
   const std::string pdf = ReadFile(folder.File("a.pdf"));
   EXPECT_EQ(Count(pdf, "/Subtype /Image"), 0);
   EXPECT_EQ(Count(pdf, "/Type /Page\\b(?!s)"), 1);
+
+  // A picture has its curves and its texts.
+  for (const char* name : {"a.png", "a.pdf"}) {
+    const size_t whole = ReadFile(folder.File(name)).size();
+    for (const size_t leftOut : {DrawingItem(Text{}).index(), DrawingItem(Polyline{}).index()}) {
+      Drawing part = *SurfaceOf(row).drawing();
+      std::erase_if(part.items, [leftOut](const DrawingItem& item) { return item.index() == leftOut; });
+      SavePicture(part, folder.File("part" + std::string(name, 1, 4)));
+      EXPECT_LT(ReadFile(folder.File("part" + std::string(name, 1, 4))).size() + 100, whole) << name;
+    }
+  }
 
   const Texts before = FilesIn(folder.path());
   constexpr auto unknown = "Sorry, a picture's name must end in .png, .svg or .pdf.  Please try again.";
