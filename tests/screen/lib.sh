@@ -82,6 +82,8 @@ StartServer() {
   mkdir -p "$HOME" "$XDG_RUNTIME_DIR"
   chmod 700 "$XDG_RUNTIME_DIR"
   unset WAYLAND_DISPLAY XDG_CONFIG_HOME XDG_DATA_HOME XDG_CACHE_HOME XDG_CURRENT_DESKTOP DBUS_SESSION_BUS_ADDRESS
+  # No printer that this machine may have.
+  export CUPS_SERVER=127.0.0.1:1
   unset QT_SCALE_FACTOR QT_SCREEN_SCALE_FACTORS QT_FONT_DPI QT_STYLE_OVERRIDE QT_QPA_PLATFORMTHEME
 
   Xvfb -displayfd 3 -screen 0 "$1x$2x24" -nolisten tcp 3>"$scratch/display" >"$scratch/server.log" 2>&1 &
@@ -283,6 +285,23 @@ Answer() {
 
 IsGone() { ! xdotool search --onlyvisible --name . 2>/dev/null | grep -qx "$1"; }
 
+# Types a text in place of what the control with the keyboard holds, and confirms it.
+Confirm() {
+  xdotool key --clearmodifiers ctrl+a
+  xdotool type --clearmodifiers --delay 5 -- "$1"
+  xdotool key Return
+}
+
+# Waits until the program is at rest with a window in front that it has brought there itself: sets `window`.
+Returned() {
+  window=$(WindowOf window "$1" | tail -n 1)
+  Await "'$1' to come to the front" IsActive "$window"
+  Settle
+}
+
+ArcTitle() { echo "^Arc $1 "; }
+DeviationTitle() { echo "^Plot Wavelength Differences - Arc $1\$"; }
+
 # ---- controls, by name ------------------------------------------------------------------------------------------
 
 # The script says in `at` where its controls are: positions in the windows as large as they open.
@@ -413,5 +432,8 @@ SaveRecipe() {
   Await "$1" test -s "$1"
   WaitForNo '^Save Recipe As$' message
 }
+
+# The header of a FITS file, one card a line: up to 200 cards, without END and what follows it.
+CardsOf() { head -c 17280 "$1" | LC_ALL=C fold -b -w 80 | tr -d '\0' | sed '/^END *$/,$d'; }
 
 StepsOf() { grep -v '^ *#\|^ *$' -- "$@"; }
