@@ -72,7 +72,7 @@ void HelpWindow::Open(HelpTopic topic) {
 
 void HelpWindow::LayOut() {
   const QMargins frame = FrameMargins(*this);
-  const int windowWidth = static_cast<int>(TwipsOf(width() + frame.left() + frame.right()));
+  const int windowWidth = static_cast<int>(OuterTwips(*this).width());
   const int labelWidth = PixelsOf(HelpLabelWidth(windowWidth));
   const size_t count = static_cast<size_t>(desk_.session().helpParagraphCount);
   std::vector<int> textHeights;

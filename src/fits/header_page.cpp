@@ -23,7 +23,6 @@ ScrollBar HeaderScroll(int windowHeight, int cardCount) {
 }
 
 HeaderPage PageAt(int windowHeight, int cardCount, const ScrollBar& scroll) {
-  // Rounded here, truncated in the layout: a line that shows by more than half counts for the page.
   const int lines = LinesOfPage(windowHeight) - 1;
   HeaderPage page;
   page.first = scroll.value == scroll.min ? 1 : std::max(1, RoundToInt(scroll.value - lines / 2.0 + 2));
@@ -35,6 +34,7 @@ HeaderPage PageAt(int windowHeight, int cardCount, const ScrollBar& scroll) {
   return page;
 }
 
+// Rounded here, truncated for the scroll bar: a line that shows by more than half counts for the page.
 int LinesOfPage(int windowHeight) { return std::max(0, RoundToInt(LinesIn(windowHeight))) + 1; }
 
 double HeightOfAllCards(int cardCount) { return cardCount * headerLineHeight + headerBand; }

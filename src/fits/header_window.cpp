@@ -6,6 +6,8 @@
 #include <cmath>
 #include <utility>
 
+#include "fits/header.h"
+#include "fits/header_page.h"
 #include "platform/placement.h"
 #include "platform/text.h"
 #include "platform/twips.h"
@@ -33,7 +35,10 @@ HeaderWindow::HeaderWindow(Desk& desk) : desk_(desk) {
   scroll_ = new QScrollBar(Qt::Vertical, this);
   scroll_->setObjectName("VScroll1");
   connect(scroll_, &QScrollBar::valueChanged, this, [this] { ShowPage(); });
-  cards_ = new CardView(this, scroll_);
+  cards_ = new PagedText(this, scroll_, PixelsOf(headerLineHeight));
+  cards_->setObjectName("textCards");
+  cards_->setAccessibleName("Header cards");
+  cards_->setPlaceholderText("This header has no cards.");
   scroll_->raise();
   QPalette paper = palette();
   paper.setColor(QPalette::Window, paper.color(QPalette::Base));
@@ -65,17 +70,14 @@ void HeaderWindow::Load() {
   // A width that nobody has chosen yet is that of a card.
   if (placement.width == Settings{}.displayHeader.width) {
     const QMargins frame = FrameMargins(*this);
-    const int card = cards_->CardWidth() + frame.left() + frame.right();
+    const int card = cards_->WidthOf(cardLength) + frame.left() + frame.right();
     placement.width = static_cast<int16_t>(TwipsOf(card) + rightOfScroll + 1);
   }
   Place(*this, placement);
   headerBusy_ = false;
 }
 
-int HeaderWindow::OuterHeight() const {
-  const QMargins frame = FrameMargins(*this);
-  return static_cast<int>(TwipsOf(height() + frame.top() + frame.bottom()));
-}
+int HeaderWindow::OuterHeight() const { return static_cast<int>(OuterTwips(*this).height()); }
 
 void HeaderWindow::LayOut() {
   const int count = CurrentSlot().cardCount;
@@ -90,7 +92,7 @@ void HeaderWindow::LayOut() {
   state.value = scroll_->value();
   ShowScrollBar(scroll_, state);
   const bool scrolls = height() < maximumHeight();
-  const int outerWidth = static_cast<int>(TwipsOf(width() + frame.left() + frame.right()));
+  const int outerWidth = static_cast<int>(OuterTwips(*this).width());
   const int barLeft = std::max(1, PixelsOf(outerWidth - rightOfScroll));
   const int barHeight = std::min(height(), PixelsOf(outerHeight - belowScroll));
   scroll_->setGeometry(barLeft, 0, std::min(scroll_->sizeHint().width(), std::max(1, width() - barLeft)),
@@ -102,11 +104,11 @@ void HeaderWindow::LayOut() {
 
 void HeaderWindow::ShowPage() {
   const Slot& slot = CurrentSlot();
-  cards_->SetCards(CardsOf(slot));
+  cards_->SetLines(CardsOf(slot));
   ScrollBar state;
   state.min = scroll_->minimum();
   state.value = scroll_->value();
-  cards_->ShowPage(PageAt(OuterHeight(), slot.cardCount, state));
+  cards_->ShowFrom(PageAt(OuterHeight(), slot.cardCount, state).first);
 }
 
 void HeaderWindow::Refresh() {

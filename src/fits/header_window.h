@@ -3,8 +3,8 @@
 
 #include <QScrollBar>
 
-#include "fits/card_view.h"
 #include "platform/desk.h"
+#include "platform/paged_text.h"
 
 namespace halmek {
 
@@ -34,7 +34,7 @@ class HeaderWindow : public QWidget, public View {
   void ShowPage();
 
   Desk& desk_;
-  CardView* cards_;
+  PagedText* cards_;
   QScrollBar* scroll_;
   bool headerBusy_ = false;  // the window is being loaded
   bool framed_ = false;      // the desktop has put the window into its frame

@@ -26,13 +26,6 @@ std::optional<Message> FailureOf(const std::function<void()>& action) {
   return std::nullopt;
 }
 
-// Adds to the detail of a message which file it is about.
-void NameFile(Message& message, const std::string& file) {
-  if (file.empty())
-    return;
-  message.detail += (message.detail.empty() ? "the file is \"" : "; the file is \"") + file + "\"";
-}
-
 std::string Joined(const Warnings& warnings) {
   std::string text;
   for (const std::string& warning : warnings)
@@ -52,8 +45,8 @@ bool Desk::Do(QWidget* over, const std::vector<Step>& steps) {
         for (std::string& warning : Perform(session_, steps[i]).warnings)
           warnings.push_back(std::move(warning));
       });
-      if (failure)
-        NameFile(*failure, FileOf(steps[i]));
+      if (const std::string file = FileOf(steps[i]); failure && !file.empty())
+        failure->detail = NamingFile(failure->detail, file);
     }
   }
   // What stands on the screen is right before a box asks to be read.
@@ -79,7 +72,7 @@ bool Desk::TryWith(const std::string& file, QWidget* over, const std::function<v
   auto failure = FailureOf(action);
   if (!failure)
     return true;
-  NameFile(*failure, file);
+  failure->detail = NamingFile(failure->detail, file);
   platform_.Show(over, *failure);
   return false;
 }

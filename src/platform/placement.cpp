@@ -87,6 +87,11 @@ QMargins FrameMargins(const QWidget& window) {
   return known;
 }
 
+QSizeF OuterTwips(const QWidget& window) {
+  const QSize outer = window.size().grownBy(FrameMargins(window));
+  return {TwipsOf(outer.width()), TwipsOf(outer.height())};
+}
+
 void Place(QWidget& window, const WindowPlacement& placement) {
   window.move(SeenPlace(placement, window).topLeft());
 }

@@ -14,6 +14,9 @@ namespace halmek {
 // are; none where no window is shown yet.
 QMargins FrameMargins(const QWidget& window);
 
+// The outer size of a window, border and title bar included, in twips.
+QSizeF OuterTwips(const QWidget& window);
+
 // Puts a window, and with a size sizes it, border and title bar included. One that would be out of sight is
 // moved back into it, and made no larger than its screen.
 void Place(QWidget& window, const WindowPlacement& placement);

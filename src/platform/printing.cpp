@@ -106,8 +106,7 @@ void WritePage(const std::string& file, const std::string& pdf) {
   try {
     AtomicWrite(file, pdf);
   } catch (const RunTimeError& error) {
-    const std::string detail = error.detail().empty() ? "" : error.detail() + "; ";
-    throw RunTimeError(error.number(), detail + "the file is \"" + file + "\"");
+    throw RunTimeError(error.number(), NamingFile(error.detail(), file));
   }
 }
 

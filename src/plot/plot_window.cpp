@@ -12,9 +12,9 @@
 
 #include "platform/picture_file.h"
 #include "platform/placement.h"
+#include "platform/plot_page.h"
 #include "platform/text.h"
 #include "platform/twips.h"
-#include "plot/plot_page.h"
 
 namespace halmek {
 namespace {
@@ -137,12 +137,12 @@ void PlotWindow::Return() {
 }
 
 WindowSize PlotWindow::LayoutSize() const {
-  const QSize outer = size().grownBy(FrameMargins(*this));
+  const QSizeF outer = OuterTwips(*this);
   const int columnScroll = columnScroll_ == nullptr ? 0 : columnScroll_->sizeHint().height();
   const int bandHeight = band_->HeightFor(area_->width()) + columnScroll;
   const double fits = TwipsOf(area_->height() - bandHeight) + bandTop;
-  return {.width = static_cast<int>(TwipsOf(outer.width())),
-          .height = static_cast<int>(std::min(TwipsOf(outer.height()), fits))};
+  return {.width = static_cast<int>(outer.width()),
+          .height = static_cast<int>(std::min(outer.height(), fits))};
 }
 
 // The band lies below the axis title; what is above is the surface.

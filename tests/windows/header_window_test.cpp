@@ -27,12 +27,12 @@ class HeaderTest : public Part1Test {
     return Header();
   }
   QScrollBar* Bar() { return Find<QScrollBar>(Header(), "VScroll1"); }
-  CardView* Cards() { return static_cast<CardView*>(Find<QTextEdit>(Header(), "textCards")); }
+  PagedText* Cards() { return static_cast<PagedText*>(Find<QTextEdit>(Header(), "textCards")); }
   double HeightInTwips() { return TwipsOf(Header()->frameGeometry().height()); }
 
   // The first and last cards of which some can be seen, as "0-1 .. 0-44".
   std::string Seen() {
-    CardView* const view = Cards();
+    PagedText* const view = Cards();
     const auto cardAt = [&](int y) {
       const QTextCursor cursor = view->cursorForPosition(QPoint(view->width() / 3, y));
       const QRect line = view->cursorRect(cursor);
@@ -189,7 +189,7 @@ TEST_F(HeaderTest, ShowsTheSlotThatIsCurrentWhenItIsDrawn) {
 TEST_F(HeaderTest, KeepsItsPlaceAndWidth) {
   Hold(0, 100);
   OpenHeader(0);
-  EXPECT_GE(Cards()->width(), Cards()->CardWidth()) << "a whole card has room, where no width was chosen";
+  EXPECT_GE(Cards()->width(), Cards()->WidthOf(80)) << "a whole card has room, where no width was chosen";
   Header()->move(50, 70);
   Header()->resize(333, 444);
   QTest::keyClick(Header(), Qt::Key_Escape);

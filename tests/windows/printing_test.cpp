@@ -7,8 +7,8 @@
 #include <regex>
 
 #include "platform/picture_file.h"
+#include "platform/plot_page.h"
 #include "platform/vector_painting.h"
-#include "plot/plot_page.h"
 #include "plot/svg.h"
 #include "windows/part2_test.h"
 

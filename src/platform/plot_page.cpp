@@ -1,5 +1,5 @@
 // Painting of printed pages.
-#include "plot/plot_page.h"
+#include "platform/plot_page.h"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
-// Header cards as text.
-#include "fits/card_view.h"
+// Text shown page by page.
+#include "platform/paged_text.h"
 
 #include <QFontDatabase>
 #include <QFontMetricsF>
@@ -10,12 +10,10 @@
 #include <QTextDocument>
 #include <QTextFrame>
 
-#include "platform/twips.h"
-
 namespace halmek {
 namespace {
 
-constexpr int cardLength = 80, leftMargin = 4, linesOfNotch = 3;
+constexpr int sideMargin = 4, linesOfNotch = 3;
 
 // The largest fixed-pitch font whose lines are no higher than that.
 QFont FixedFont(int lineHeight) {
@@ -29,10 +27,8 @@ QFont FixedFont(int lineHeight) {
 
 }  // namespace
 
-CardView::CardView(QWidget* parent, QScrollBar* scroll)
-    : QTextEdit(parent), scroll_(scroll), lineHeight_(PixelsOf(headerLineHeight)) {
-  setObjectName("textCards");
-  setAccessibleName("Header cards");
+PagedText::PagedText(QWidget* parent, QScrollBar* scroll, int lineHeight)
+    : QTextEdit(parent), scroll_(scroll), lineHeight_(lineHeight) {
   setFrameShape(QFrame::NoFrame);
   setReadOnly(true);
   setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
@@ -40,59 +36,58 @@ CardView::CardView(QWidget* parent, QScrollBar* scroll)
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setFont(FixedFont(lineHeight_));
   setCursorWidth(0);
-  setPlaceholderText("This header has no cards.");
   document()->setDocumentMargin(0);
   connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int top) { Follow(top); });
 }
 
-void CardView::SetCards(const QStringList& cards) {
-  // What is selected stays so, where the cards are the same.
-  if (cards == cards_)
+void PagedText::SetLines(const QStringList& lines) {
+  // What is selected stays so, where the lines are the same.
+  if (lines == lines_)
     return;
-  cards_ = cards;
+  lines_ = lines;
   const QSignalBlocker silent(verticalScrollBar());
-  setPlainText(cards.join('\n'));
+  setPlainText(lines.join('\n'));
 
   QTextBlockFormat line;
   line.setLineHeight(lineHeight_, QTextBlockFormat::FixedHeight);
   QTextCursor all(document());
   all.select(QTextCursor::Document);
   all.mergeBlockFormat(line);
-  // Below is room enough for any card to stand at the top.
+  // Below is room enough for any line to stand at the top.
   QTextFrameFormat margins = document()->rootFrame()->frameFormat();
-  margins.setLeftMargin(leftMargin);
-  margins.setBottomMargin(HeightOf(static_cast<int>(cards.size())));
+  margins.setLeftMargin(sideMargin);
+  margins.setBottomMargin(HeightOf(static_cast<int>(lines.size())));
   document()->rootFrame()->setFrameFormat(margins);
   verticalScrollBar()->setSingleStep(lineHeight_);
 }
 
-void CardView::ShowPage(const HeaderPage& page) {
-  pageTop_ = HeightOf(page.first - 1);
+void PagedText::ShowFrom(int line) {
+  pageTop_ = HeightOf(line - 1);
   verticalScrollBar()->setValue(pageTop_);
 }
 
-int CardView::CardWidth() const {
-  return leftMargin + qRound(QFontMetricsF(font()).horizontalAdvance(QString(cardLength, '0'))) + leftMargin;
+int PagedText::WidthOf(int characters) const {
+  return qRound(QFontMetricsF(font()).horizontalAdvance(QString(characters, '0'))) + 2 * sideMargin;
 }
 
 // The text has been scrolled by a selection that was drawn beyond the edge: the page goes along.
-void CardView::Follow(int top) {
+void PagedText::Follow(int top) {
   if (top == pageTop_)
     return;
-  const int before = pageTop_, cards = (top - pageTop_) / lineHeight_;
+  const int before = pageTop_, lines = (top - pageTop_) / lineHeight_;
   const int direction = top > pageTop_ ? 1 : -1;
-  scroll_->setValue(scroll_->value() + (cards == 0 ? direction : cards));
+  scroll_->setValue(scroll_->value() + (lines == 0 ? direction : lines));
   if (pageTop_ == before)
     verticalScrollBar()->setValue(pageTop_);
 }
 
-void CardView::wheelEvent(QWheelEvent* event) {
+void PagedText::wheelEvent(QWheelEvent* event) {
   if (event->modifiers() == Qt::ShiftModifier || event->angleDelta().y() == 0)
     return QTextEdit::wheelEvent(event);
   scroll_->setValue(scroll_->value() - linesOfNotch * wheel_.Take(*event));
 }
 
-void CardView::keyPressEvent(QKeyEvent* event) {
+void PagedText::keyPressEvent(QKeyEvent* event) {
   if (event->modifiers() & Qt::ShiftModifier)
     return QTextEdit::keyPressEvent(event);
   switch (event->key()) {
