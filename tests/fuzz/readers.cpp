@@ -1,108 +1,235 @@
-// Every reader of files that nobody vouches for, fed with any bytes.
+// The readers under any bytes, and their oracles.
 #include "fuzz/readers.h"
 
-#include <functional>
-#include <memory>
-#include <string>
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <map>
 
 #include "calib/line_mask.h"
 #include "calib/wavelength_table.h"
 #include "fits/fits_reader.h"
+#include "fits/fits_writer.h"
+#include "fits/pixel_codec.h"
+#include "fuzz/recipe_folder.h"
 #include "steps/recipe.h"
 #include "support/test_session.h"
 
 namespace halmek::test {
 namespace {
 
-void Try(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const Failure&) {
-    // Refusing is what a reader may do.
-  }
+constexpr const char *accepted = "accepted", *input = "input", *saved = "saved";
+constexpr double marker = 7;  // in what a refusal must leave alone
+
+bool AreFinite(std::span<const double> values) {
+  return std::ranges::all_of(values, [](double v) { return std::isfinite(v); });
 }
 
-// What an observer might do next, whether the load succeeded or not.
-void GoOn(Session& s) {
-  const Step next[] = {
-      steps::PlotRow{2, "/dev/null"},
-      steps::PlotColumn{2, "/dev/null"},
-      steps::FixColumn{5},
-      steps::Zap{1, 3, 4, 2},
-      steps::Aperture{1, 2},
-      steps::Background{1, 2, 3, 4, 1},
-      steps::Crunch{},
-      steps::NormalizeAuto{3, 2},
-      steps::Plot{"continuum", "/dev/null"},
-      steps::Save{"spectrum", "/dev/null", -32},
-      steps::Trim{1, 1, 4, 3},
-      steps::Save{"frame", "/dev/null", 17},
-      steps::Export{"frame", "/dev/null"},
-      steps::Plot{"arc1", "/dev/null"},
-      steps::Identify{"arc1", 5, 5000},
-      steps::Identify{"arc1", 12, 5010},
-      steps::ApplyMask{"arc1"},
-      steps::FitDeviations{"arc1", 2},
-      steps::Plot{"deviations1", "/dev/null"},
-      steps::Arcs{1},
-      steps::Correct{},
-      steps::Save{"object", "/dev/null", 16},
-      steps::Header{"frame"},
-  };
-  for (const Step& step : next)
-    Try([&] { Perform(s, step); });
-}
-
-// One folder for the whole run; each input replaces the file.
-const std::string& Folder() {
-  static const TemporaryFolder folder;
+// The one folder of the run, in memory where the system has such folders, so that flushing costs nothing.
+const std::string& RunFolder() {
+  static const TemporaryFolder folder = [] {
+    if (std::filesystem::is_directory("/dev/shm"))
+      setenv("TMPDIR", "/dev/shm", 0);
+    return TemporaryFolder();
+  }();
   static const std::string path = folder.path();
   return path;
 }
 
-}  // namespace
-}  // namespace halmek::test
-
-int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  using namespace halmek;
-  using namespace halmek::test;
-  if (size == 0)
-    return 0;
-  const std::string bytes(reinterpret_cast<const char*>(data) + 1, size - 1);
-  const auto session = SessionIn(Folder());
-  WriteFile(Folder() + "/input", bytes);
-  switch (data[0]) {
-    case 'f':
-    case 'd':
-      session->daoFrame = data[0] == 'd';
-      Try([&] { LoadFits2D(*session, "input"); });
-      break;
-    case 'a':
-      Try([&] { LoadFits1D(*session, slots::object, "input"); });
-      Try([&] { LoadFits1D(*session, slots::arc1, "input"); });
-      break;
-    case 't':
-      Try([&] { LoadWavelengthTable(*session, "input"); });
-      return 0;
-    case 'm':
-      SetSpectrum(*session, slots::arc1, {0, 0, 0, 1, 5, 9, 5, 1, 0, 0, 1, 4, 8, 4, 1, 0, 0, 0, 0, 0, 0});
-      Try([&] { LoadMask(*session, "input"); });
-      break;
-    case 's':
-      ReadSettings(Folder() + "/input");
-      return 0;
-    default:
-      try {
-        for (const RecipeLine& line : ParseRecipe(bytes, {{"x", "1"}}))
-          if (TextOf(StepOf(WordsOf(TextOf(line.step), {}))) != TextOf(line.step))
-            __builtin_trap();
-      } catch (const RecipeStopped&) {
-        // A recipe may be misunderstood.
-      } catch (const Failure&) {
-        // A name may be one that no recipe can say.
-      }
-      return 0;
-  }
-  GoOn(*session);
-  return 0;
+// A session in which every slot, the table and the mask hold something. It takes longer to make than a file
+// to read, so that it is made once.
+Session& FullSession() {
+  static const std::unique_ptr<Session> session = [] {
+    auto s = SessionIn(RunFolder());
+    SetFrame(*s, 6, 4, [](int c, int r) { return 100.0 * r + c; });
+    for (int slot : {slots::arc1, slots::arc2, slots::spectrum, slots::object})
+      SetSpectrum(*s, slot, {1, 2, 3, 5, 8.5, 1.0 * slot});
+    return s;
+  }();
+  Session& s = *session;
+  s.writtenFiles.clear();
+  s.wavelengthTable.wlCount = s.mask.maskCount = 2;
+  s.mask.MaskColumn(1) = s.image(1, 1) = s.slot[slots::object].spectrum(1) = marker;
+  return s;
 }
+
+// The pixels that the slot's header promises, as far as the tables go.
+std::vector<double> PixelsOf(const Session& s, int slot) {
+  const auto within = [](double naxis, int last) {
+    return static_cast<int>(std::clamp<double>(naxis, 0, last));
+  };
+  const int columns = within(s.slot[slot].naxis1, lastPixel);
+  const int rows = slot == slots::frame ? within(s.slot[slot].naxis2, FrameTable::lastRow) : 1;
+  std::vector<double> pixels;
+  for (int r = 1; r <= rows; ++r) {
+    const auto row =
+        slot == slots::frame ? s.image.Row(r, 1, columns) : s.slot[slot].spectrum.Range(1, columns);
+    pixels.insert(pixels.end(), row.begin(), row.end());
+  }
+  return pixels;
+}
+
+// Names, cards and pixels of all slots but one, in bytes that can be compared.
+std::string ContentBut(const Session& s, int target) {
+  std::string content;
+  for (int slot = 0; slot <= slots::object; ++slot) {
+    if (slot == target)
+      continue;
+    content += s.slot[slot].fileName + s.slot[slot].dataName;
+    for (int k = 1; k <= s.slot[slot].cardCount; ++k)
+      content += s.slot[slot].card(k);
+    const std::vector<double> pixels = PixelsOf(s, slot);
+    content.append(reinterpret_cast<const char*>(pixels.data()), pixels.size() * sizeof(double));
+  }
+  return content;
+}
+
+// Small numbers are written as 0 in a 32-bit real.
+bool Holds(int type, double v) {
+  if (type == pixel_types::real32)
+    return std::fabs(v) < 3e38 && static_cast<float>(v) == v && (v == 0 || std::fabs(v) >= 1e-8);
+  const double low = type == pixel_types::unsigned16 ? 0
+                     : type == pixel_types::signed16 ? -32768
+                                                     : -2147483648.0;
+  const double high = type == pixel_types::unsigned16 ? 65535
+                      : type == pixel_types::signed16 ? 32767
+                                                      : 2147483647;
+  return v == std::nearbyint(v) && v >= low && v <= high;
+}
+
+void CheckPixels(const Session& s, int slot, const std::vector<double>& pixels) {
+  Require(s.slot[slot].cardCount <= lastCard && !pixels.empty() && AreFinite(pixels),
+          "cards or pixels out of bounds");
+  PixelRange range;
+  for (double v : pixels)
+    range = {std::min(range.min, v), std::max(range.max, v)};
+  const bool isFrame = slot == slots::frame;
+  Require(range.min == (isFrame ? s.imageMin : s.slot[slot].spectrumMin) &&
+              range.max == (isFrame ? s.imageMax : s.slot[slot].spectrumMax),
+          "the range is not that of the pixels");
+}
+
+// The bytes as which the slot is saved in a type that holds its pixels; nothing where no type does.
+std::string ReadFits(Session& s, int slot, bool isDao) {
+  s.daoFrame = isDao;
+  slot == slots::frame ? LoadFits2D(s, input) : LoadFits1D(s, slot, input);
+  const std::vector<double> pixels = PixelsOf(s, slot);
+  CheckPixels(s, slot, pixels);
+
+  std::vector<int> types{pixel_types::signed16, pixel_types::unsigned16, pixel_types::integer32,
+                         pixel_types::real32};
+  types.resize(isDao ? 2 : 4);
+  std::erase_if(types, [&](int type) {
+    return std::ranges::any_of(pixels, [=](double v) { return !Holds(type, v); });
+  });
+  s.slot[slot].savePixelType = types.empty() ? pixel_types::real32 : types[pixels.size() % types.size()];
+  const bool isFull = s.slot[slot].cardCount + 2 > lastCard;
+  const std::string refusal =
+      RefusalOf([&] { slot == slots::frame ? SaveFits2D(s, saved) : SaveFits1D(s, slot, saved); });
+  Require(refusal.empty() || isFull || types.empty(), "a loaded file cannot be saved");
+  return refusal.empty() && !types.empty() ? ReadFile(FullName(s, saved)) : "";
+}
+
+std::string ReadTable(Session& s, const std::string&) {
+  LoadWavelengthTable(s, input);
+  const int count = s.wavelengthTable.wlCount;
+  Require(count >= 1 && AreFinite(s.wavelengthTable.WLValue.Range(1, count)), "table out of bounds");
+  return "";
+}
+
+std::string ReadMask(Session& s, const std::string&) {
+  LoadMask(s, input);
+  const int count = s.mask.maskCount;
+  const auto columns = s.mask.MaskColumn.Range(1, count), wavelengths = s.mask.MaskWavelength.Range(1, count);
+  Require(count >= 1 && AreFinite(columns) && AreFinite(wavelengths), "mask out of bounds");
+  // Rounded to 15 digits, the largest numbers are numbers no more.
+  const auto isHuge = [](double v) { return std::fabs(v) > 1e300; };
+  if (std::ranges::any_of(columns, isHuge) || std::ranges::any_of(wavelengths, isHuge))
+    return "";
+  Arc& arc = s.arc[slots::arc1];
+  arc.LineCount = count;
+  std::ranges::copy(columns, arc.ArcLineColumn.Range(1, count).begin());
+  std::ranges::copy(wavelengths, arc.ArcLineWavelength.Range(1, count).begin());
+  SaveMask(s, slots::arc1, saved);
+  return ReadFile(FullName(s, saved));
+}
+
+std::string ReadRecipe(Session&, const std::string& bytes) {
+  std::string text;
+  for (const RecipeLine& line : ParseRecipe(bytes, {{"x", "1"}, {"name", "a b"}}))
+    text += TextOf(line.step) + "\n";
+  return text;
+}
+
+std::string RunRecipeText(Session&, const std::string& bytes) {
+  RunInPreparedFolder(RunFolder() + "/recipes", bytes);
+  return "";
+}
+
+template <int slot, bool isDao = false>
+std::string ReadSlot(Session& s, const std::string&) {
+  return ReadFits(s, slot, isDao);
+}
+
+bool KeepsFrame(Session& s, const std::string&) { return s.image(1, 1) == marker; }
+bool KeepsObject(Session& s, const std::string&) { return s.slot[slots::object].spectrum(1) == marker; }
+bool EmptiesTable(Session& s, const std::string&) { return s.wavelengthTable.wlCount == 0; }
+// Entries before a bad line have replaced others.
+bool KeepsMask(Session& s, const std::string& refusal) {
+  return s.mask.maskCount == 2 && (refusal.starts_with("Error: ") || s.mask.MaskColumn(1) == marker);
+}
+bool KeepsAll(Session&, const std::string&) { return true; }
+
+constexpr Reader readers[] = {
+    {"frame", slots::frame, ReadSlot<slots::frame>, KeepsFrame},
+    {"dao", slots::frame, ReadSlot<slots::frame, true>, KeepsFrame},
+    {"spectrum", slots::object, ReadSlot<slots::object>, KeepsObject},
+    {"table", table, ReadTable, EmptiesTable},
+    {"mask", table, ReadMask, KeepsMask},
+    {"settings", none, [](Session&, const std::string& bytes) { return SettingsText(ParseSettings(bytes)); },
+     KeepsAll},
+    {"recipe_text", none, ReadRecipe, KeepsAll},
+    {"recipe_run", none, RunRecipeText, KeepsAll},
+};
+
+}  // namespace
+
+const Reader& ReaderNamed(std::string_view name) {
+  const auto* found = std::ranges::find_if(readers, [=](const Reader& r) { return r.name == name; });
+  Require(found != std::end(readers), "there is no reader of that name");
+  return *found;
+}
+
+std::string Feed(const Reader& reader, const std::string& bytes) {
+  Session& s = FullSession();
+  const bool readsFile = reader.target != none;
+  const auto read = [&](const std::string& text) {
+    if (readsFile)
+      WriteFile(FullName(s, input), text);
+    return reader.read(s, text);
+  };
+  static std::map<int, std::string> others;  // the same before every input
+  if (!others.contains(reader.target))
+    others[reader.target] = ContentBut(s, reader.target);
+
+  std::string outcome = accepted, written;
+  try {
+    written = read(bytes);
+  } catch (const Failure& failure) {
+    outcome = failure.text();
+  } catch (const RecipeStopped& stopped) {
+    outcome = std::to_string(stopped.line()) + ": " + stopped.what();
+  }
+  Require(outcome == accepted || reader.keeps(s, outcome), "a refusal has changed what it must leave alone");
+  if (!written.empty()) {
+    const int slot = std::max(0, reader.target);
+    const std::vector<double> pixels = PixelsOf(s, slot);
+    Require(read(written) == written, "what was read changes when it is written and read again");
+    Require(PixelsOf(s, slot) == pixels, "pixels change on the way through a file");
+  }
+  Require(!readsFile || ContentBut(s, reader.target) == others[reader.target], "other slots have changed");
+  return outcome;
+}
+
+}  // namespace halmek::test

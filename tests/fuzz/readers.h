@@ -1,9 +1,33 @@
-// One input for the readers.
+// The readers of files that nobody vouches for, and what must hold after each input.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
+#include <string>
+#include <string_view>
 
-// Hands the bytes after the first to the reader that the first byte chooses, and then goes on working with
-// what it left in the session: every failure must be a Refusal or a RunTimeError.
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
+#include "app/session.h"
+
+namespace halmek::test {
+
+// Where a reader puts what it reads: a slot, a table, or nothing of the session.
+inline constexpr int table = -1, none = -2;
+
+struct Reader {
+  const char* name;
+  int target;
+  // Reads the input, which also stands in the file "input", and checks what it gave. Returns it as the
+  // program writes it, where it does. Throws Failure or RecipeStopped where the input is refused.
+  std::string (*read)(Session& session, const std::string& bytes);
+  // Says whether a refusal, whose text is given, left alone what it must.
+  bool (*keeps)(Session& session, const std::string& refusal);
+
+  bool isFits() const { return target >= 0; }
+};
+
+const Reader& ReaderNamed(std::string_view name);
+
+// Gives the input to the reader. Returns "accepted", or the text with which it was refused. Whatever else is
+// thrown is a fault: what is accepted must be read back from what is written of it, and the other slots must
+// be left alone.
+std::string Feed(const Reader& reader, const std::string& bytes);
+
+}  // namespace halmek::test

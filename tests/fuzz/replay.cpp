@@ -1,69 +1,56 @@
-// Feeds the kept corpus, and many mutations of it, to the readers; for compilers without a fuzzer of their
-// own.
-#include <algorithm>
-#include <cstdio>
+// Gives each seed to its reader, which must take or refuse it as the listing says, and then many changes of
+// it, for compilers without a fuzzer of their own.
+#include <cstdlib>
 #include <filesystem>
-#include <random>
-#include <string>
-#include <vector>
+#include <fstream>
+#include <iostream>
+#include <stdexcept>
 
+#include "fuzz/mutations.h"
 #include "fuzz/readers.h"
 #include "support/test_session.h"
 
 namespace {
 
-void Feed(const std::string& input) {
-  LLVMFuzzerTestOneInput(reinterpret_cast<const uint8_t*>(input.data()), input.size());
-}
+using namespace halmek::test;
 
-// A few changes of one input: other bytes, digits, pieces cut out or doubled. The first byte, which chooses
-// the reader, stays.
-std::string Mutated(std::string input, std::mt19937& random) {
-  const auto place = [&] { return 1 + random() % std::max<size_t>(1, input.size() - 1); };
-  for (auto change = random() % 6 + 1; change > 0 && input.size() > 2; --change) {
-    switch (random() % 6) {
-      case 0:
-        input[place() % input.size()] = static_cast<char>(random());
-        break;
-      case 1:
-        input[place() % input.size()] = static_cast<char>('0' + random() % 10);
-        break;
-      case 2:
-        input.resize(place());
-        break;
-      case 3:
-        input.erase(place() % input.size(), random() % 90);
-        break;
-      case 4:
-        input.insert(place() % input.size(), input.substr(place() % input.size(), random() % 90));
-        break;
-      default:
-        input[place() % input.size()] = " \"',.-+/eE#$\r\n"[random() % 14];
-    }
+void FeedMutations(const Reader& reader, const std::string& bytes, int count) {
+  Random random(1);
+  for (int i = 0; i < count; ++i) {
+    std::string mutated = bytes;
+    do
+      reader.isFits() && random() % 4 != 0 ? MutateCards(mutated, random) : MutateBytes(mutated, random);
+    while (random() % 3 != 0);
+    Feed(reader, mutated);
   }
-  return input;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   if (argc != 3) {
-    std::fprintf(stderr, "usage: %s CORPUS MUTATIONS\n", argv[0]);
+    std::cerr << "usage: " << argv[0] << " SEEDS MUTATIONS\n";
     return 2;
   }
-  std::vector<std::filesystem::path> files;
-  for (const auto& entry : std::filesystem::directory_iterator(argv[1]))
-    files.push_back(entry.path());
-  std::sort(files.begin(), files.end());
-
-  std::mt19937 random(1);
-  const int mutations = std::stoi(argv[2]);
-  for (const auto& file : files) {
-    const std::string input = halmek::test::ReadFile(file.string());
-    Feed(input);
-    for (int i = 0; i < mutations; ++i)
-      Feed(Mutated(input, random));
+  const std::filesystem::path folder = argv[1];
+  std::ifstream listing(folder / "listing.tsv");
+  int seeds = 0, failed = 0;
+  // Three fields a line, separated by tabs.
+  for (std::string reader, name, outcome; std::getline(listing, reader, '\t') &&
+                                          std::getline(listing, name, '\t') && std::getline(listing, outcome);
+       ++seeds) {
+    // Said before it is fed, so that one that ends the program is known, too.
+    std::cout << reader << '/' << name << std::endl;
+    try {
+      const std::string bytes = ReadFile((folder / reader / name).string());
+      if (const std::string found = Feed(ReaderNamed(reader), bytes); found != outcome)
+        throw std::runtime_error("expected '" + outcome + "', not '" + found + "'");
+      FeedMutations(ReaderNamed(reader), bytes, std::atoi(argv[2]));
+    } catch (const std::exception& problem) {
+      std::cout << "FAILED: " << problem.what() << '\n';
+      ++failed;
+    }
   }
-  std::printf("%zu inputs and %d mutations of each\n", files.size(), mutations);
-  return files.empty() ? 1 : 0;
+  std::cout << seeds << " seeds, " << failed << " failed\n";
+  return seeds == 0 || failed > 0 ? 1 : 0;
 }

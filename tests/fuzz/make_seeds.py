@@ -1,0 +1,289 @@
+#!/usr/bin/env python3
+"""Writes the seeds of the fuzzers: FOLDER/READER/NAME for each, and FOLDER/listing.tsv with the outcome that
+each must have, "accepted" or the text with which it is refused."""
+
+import pathlib
+import struct
+import sys
+
+
+def card(keyword, value, rest=" /"):
+    return f"{keyword:<8}= {value:>20}{rest}"
+
+
+def header(*cards, end="END"):
+    """Cards of 80 characters, END, and blanks up to a whole record of 2880."""
+    text = "".join(f"{c:<80}"[:80] for c in cards) + end
+    return (text + " " * (-len(text) % 2880)).encode("latin-1")
+
+
+def cards(bitpix=16, columns=4, rows=3, *others):
+    sizes = [card(f"NAXIS{i}", n) for i, n in ((1, columns), (2, rows)) if n is not None]
+    return [card("SIMPLE", "T"), card("BITPIX", bitpix), card("NAXIS", len(sizes)), *sizes, *others]
+
+
+def filled(count, *others):
+    """As many cards in all, the rest comments."""
+    some = cards(16, 4, 3, *others)
+    return some + [f"COMMENT {i}" for i in range(count - len(some))]
+
+
+def fits(bitpix=16, columns=4, rows=3, *others, data=bytes(range(200, 224)) * 4):
+    return header(*cards(bitpix, columns, rows, *others)) + data
+
+
+def spectrum(bitpix=16, *others, columns=6, rows=None, data=bytes(range(200, 224)) * 2):
+    return fits(bitpix, columns, rows, *others, data=data)
+
+
+def packed(form, *values):
+    return b"".join(struct.pack(">" + form, v) for v in values)
+
+
+def settings(change=None, line=0, count=30):
+    """The file with the defaults, one line of which is changed, or of which only so many lines are left."""
+    two = '500,500,"x"'
+    four = '-500,500,14000,6000,"x"'
+    lines = ['"title"', '1397,"bad column #"', "1,1,1748,140", '50,"a, b"', '0,"R"', '0,"M: 0=No"',
+             two, two, four, *[two] * 6, *[four] * 9, *[two] * 5, "1,1,1748,140"]
+    if change is not None:
+        lines[line - 1] = change
+    return "\r\n".join(lines[:count]) + "\r\n"
+
+
+def mask(*lines, title="Mask data for line identification.  Peak column; tabular wavelength (Angstroms)."):
+    return "\r\n".join([title, *lines]) + "\r\n"
+
+
+def error(number, text):
+    return f"Error: {number}  {text}"
+
+
+OK = "accepted"
+NO_FITS = "This is not a fits file!  Please try again."
+NO_END = "This FITS header has no END card.  Please try again."
+NO_PIXELS = "This FITS file has no pixels.  Please try again."
+NOT_8 = "Sorry, this program does not support 8-bit integer data.  Convert to 16-bit unsigned."
+NOT_1D = "Hey, this is not a 1-D file!  Please try again."
+NO_TYPE = "Sorry, this program does not support this pixel type.  Convert to 32-bit real."
+NOT_DAO = "Sorry, this program does not support DAO frames other than 16-bit.  Load it as a FITS file."
+NO_TABLE = "Wavelength file 'WL_table.txt' not found - load from menu bar or enter tabular values manually."
+NO_MASK = "This is not a mask file for this program.  Please try again."
+SUBSCRIPT = error(9, "Subscript out of range.")
+OVERFLOW = error(6, "Error: Overflow.")
+TOO_SHORT = error(62, "Error: Input past end of file.")
+INVALID = error(321, "Error: Invalid file format.")
+NO_QUOTES = error(5, "")
+
+
+def no_type(bits):
+    return f"Sorry, this program does not support {bits} data.  Convert to 32-bit real."
+
+
+def no_dollar(line):
+    return f"{line}: a dollar sign needs a name behind it, as in $star or ${{star}}; write $$ for the sign"
+
+
+NAN, INFINITY = float("nan"), float("inf")
+ODD_BYTES = bytes([0, 0, 0x7F, 0xFF, 0x80, 0, 0xFF, 0xFF]) * 6
+ODD_REALS = packed("f", 1, -2, NAN, INFINITY, -INFINITY, 5e-9, 1e-45, 3e38, 65535, 32768, -0.0, 1.5)
+ODD_DOUBLES = packed("d", 1, -2, NAN, INFINITY, -INFINITY, 5e-9, 5e-324, 1.7e308, 65535, 1e39, 4e38, 1 / 3)
+REDUCTION = "load frame frame.fts\naperture 4 8\nbackground 1 2 11 12 1\ncrunch\n"
+ARC = ("load table lines.txt\nload arc1 arc1.fts\nidentify arc1 9 5009.3\nidentify arc1 21 5021.1\n"
+       "identify arc1 33\nfit-deviations arc1 2\n")
+
+SEEDS = [
+    ("frame", "integer16", fits(), OK),
+    ("frame", "integer16_odd", fits(16, 4, 6, data=ODD_BYTES), OK),
+    ("frame", "unsigned16", fits(16, 4, 6, card("BZERO", "32768."), data=ODD_BYTES), OK),
+    ("frame", "unsigned16_other_zero", fits(16, 4, 6, card("BZERO", "-1.5E0"), data=ODD_BYTES), OK),
+    ("frame", "zero_too_small", fits(16, 4, 3, card("BZERO", "0.000001")), OK),
+    ("frame", "zero_twice", fits(16, 4, 3, card("BZERO", "0"), card("BZERO", "32768")), OK),
+    ("frame", "integer32", fits(32, 4, 3, data=ODD_BYTES), OK),
+    ("frame", "integer32_with_zero", fits(32, 4, 3, card("BZERO", "32768"), data=ODD_BYTES), OK),
+    ("frame", "real32", fits(-32, 4, 3, data=ODD_REALS), OK),
+    ("frame", "real64", fits(-64, 4, 3, data=ODD_DOUBLES), OK),
+    ("frame", "scaled", fits(16, 4, 3, card("BSCALE", "2.5")), OK),
+    ("frame", "cards35", header(*filled(35)) + bytes(24), OK),
+    ("frame", "cards36", header(*filled(36)) + bytes(24), OK),
+    ("frame", "cards36_data_in_second_record", header(*filled(36))[:2880] + bytes(24), NO_END),
+    ("frame", "cards35_third_record_missing", header(*filled(71)) + bytes(23), TOO_SHORT),
+    ("frame", "cards199", header(*filled(199)) + bytes(24), OK),
+    ("frame", "cards200", header(*filled(200)) + bytes(24), OK),
+    ("frame", "cards201", header(*filled(201)) + bytes(24), SUBSCRIPT),
+    ("frame", "no_end", header(*filled(36), end="") + bytes(24), NO_END),
+    ("frame", "end_first", header(end="END") + bytes(24), NO_FITS),
+    ("frame", "end_in_the_middle", header(*cards()[:3], "END", *cards()[3:]) + bytes(24), NO_PIXELS),
+    ("frame", "end_not_at_a_card", header(*filled(10), end="    END") + bytes(24), NO_END),
+    ("frame", "end_with_text", header(*filled(10), end="END     = T") + bytes(24), OK),
+    ("frame", "extend", fits(16, 4, 3, card("EXTEND", "T"), "COMMENT END"), OK),
+    ("frame", "carriage_return_behind_end",
+     header(*cards()).replace(b" " * 99, b" " * 98 + b"\r", 1) + bytes(24), OK),
+    ("frame", "carriage_return_before_end", header(*cards(16, 4, 3, "COMMENT \r")) + bytes(24), NO_END),
+    ("frame", "bits8", fits(8), NOT_8),
+    ("frame", "bits64", fits(64), no_type("64-bit integer")),
+    ("frame", "bits15", fits(15), no_type("15-bit integer")),
+    ("frame", "bits17", fits(17), no_type("17-bit integer")),
+    ("frame", "bits_minus_16", fits(-16), no_type("16-bit real")),
+    ("frame", "bits_broken", fits("16.5"), NO_TYPE),
+    ("frame", "bits_huge", fits("1E300"), NO_TYPE),
+    ("frame", "bits_infinite", fits("1E999"), NO_TYPE),
+    ("frame", "bits_last_wins", fits(8, 4, 3, card("BITPIX", 16)), OK),
+    ("frame", "bits_last_is_bad", fits(16, 4, 3, card("BITPIX", 8)), NOT_8),
+    ("frame", "bits_absent", header(*cards()[:1], *cards()[2:]) + bytes(24), no_type("0-bit integer")),
+    ("frame", "columns0", fits(16, 0), NO_PIXELS),
+    ("frame", "columns_negative", fits(16, -4), NO_PIXELS),
+    ("frame", "columns_fraction", fits(16, "4.9"), OK),
+    ("frame", "columns_absent", fits(16, None), NO_PIXELS),
+    ("frame", "columns3000", fits(16, 3000, 1, data=bytes(6000)), OK),
+    ("frame", "columns3001", fits(16, 3001, 1, data=bytes(6002)), SUBSCRIPT),
+    ("frame", "columns_infinite", fits(16, "1E400", 1), SUBSCRIPT),
+    ("frame", "rows0", fits(16, 4, 0), NO_PIXELS),
+    ("frame", "rows_absent", fits(16, 4, None), NO_PIXELS),
+    ("frame", "rows500", fits(16, 1, 500, data=bytes(1000)), OK),
+    ("frame", "rows501", fits(16, 1, 501, data=bytes(1002)), SUBSCRIPT),
+    ("frame", "one_pixel", fits(16, 1, 1, data=b"\1\2"), OK),
+    ("frame", "third_axis", fits(16, 4, 3, card("NAXIS3", 5)), OK),
+    ("frame", "data_short_by_one", fits(data=bytes(23)), TOO_SHORT),
+    ("frame", "no_data", fits(data=b""), TOO_SHORT),
+    ("frame", "cut_in_header", fits()[:200], NO_END),
+    ("frame", "empty", b"", TOO_SHORT),
+    ("frame", "text", b"SIMPLE text", NO_FITS),
+    ("frame", "simple_lower_case", fits().replace(b"SIMPLE", b"simple"), NO_FITS),
+    ("frame", "object", fits(16, 4, 3, "OBJECT  = 'HD 12345'"), OK),
+    ("frame", "object_with_slash", fits(16, 4, 3, "OBJECT  = 'A/B'"), OK),
+    ("frame", "object_latin", fits(16, 4, 3, "OBJECT  = '\xc5ngstr\xf6m \xff'"), OK),
+    ("frame", "object_of_one_character", fits(16, 4, 3, "OBJECT  = A"), NO_QUOTES),
+    ("frame", "object_empty", fits(16, 4, 3, "OBJECT  = /"), NO_QUOTES),
+    ("frame", "object_no_quotes", fits(16, 4, 3, "OBJECT  = AB"), OK),
+    ("frame", "trimmed", fits(16, 4, 3, card("TRIM", "'[1:4,1:3]'")), OK),
+    ("dao", "unsigned", fits(16, 4, 6, data=ODD_BYTES), OK),
+    ("dao", "negative_zero_point", fits(16, 4, 6, card("BZERO", "-32768"), data=ODD_BYTES), OK),
+    ("dao", "with_zero_point", fits(16, 4, 6, card("BZERO", "32768"), data=ODD_BYTES), OK),
+    ("dao", "real32", fits(-32, 4, 3, data=ODD_REALS), NOT_DAO),
+    ("dao", "short", fits(data=b"\1"), TOO_SHORT),
+    ("spectrum", "integer16", spectrum(), OK),
+    ("spectrum", "unsigned16", spectrum(16, card("BZERO", "32768")), OK),
+    ("spectrum", "integer32", spectrum(32), OK),
+    ("spectrum", "real32", spectrum(-32, columns=12, data=ODD_REALS), OK),
+    ("spectrum", "real64", spectrum(-64, columns=12, data=ODD_DOUBLES), OK),
+    ("spectrum", "calibrated", spectrum(-32, card("CRVAL1", "5000.5"), card("CD1_1", "0.25")), OK),
+    ("spectrum", "row1", spectrum(rows=1), OK),
+    ("spectrum", "rows2", spectrum(rows=2), NOT_1D),
+    ("spectrum", "rows_1_5", spectrum(rows="1.5"), NOT_1D),
+    ("spectrum", "bits8", spectrum(8), NOT_8),
+    ("spectrum", "columns3000", spectrum(columns=3000, data=bytes(6000)), OK),
+    ("spectrum", "columns3001", spectrum(columns=3001, data=bytes(6002)), SUBSCRIPT),
+    ("spectrum", "no_pixels", spectrum(columns=0), NO_PIXELS),
+    ("spectrum", "short", spectrum(data=bytes(11)), TOO_SHORT),
+    ("spectrum", "cards200", header(*filled(200)).replace(b"NAXIS2", b"COMMEN") + bytes(8), OK),
+    ("spectrum", "object_of_one_character", spectrum(16, "OBJECT  = '"), NO_QUOTES),
+    ("table", "three", "header\r\n5852.488,Ne I\r\n 6402.248 ,\"Ne, I\"\r\n6965.431,\r\n", OK),
+    ("table", "header_only", "header\r\n", NO_TABLE),
+    ("table", "empty", "", NO_TABLE),
+    ("table", "entries1000", "h\n" + "5000.5,a\n" * 1000, OK),
+    ("table", "entries1001", "h\n" + "5000.5,a\n" * 1001, NO_TABLE),
+    ("table", "latin_name", "h\n5000,\xc5ng \xff\xe9\n", OK),
+    ("table", "no_last_line_end", "h\n5000,Ne", OK),
+    ("table", "old_line_ends", "h\r5000,Ne\r5001,Ar\r", OK),
+    ("table", "no_label", "h\n5000\n", NO_TABLE),
+    ("table", "no_number", "h\nNe,5000\n", NO_TABLE),
+    ("table", "infinite", "h\n1E999,Ne\n", NO_TABLE),
+    ("table", "three_fields", "h\n5000,Ne,I\n", NO_TABLE),
+    ("table", "open_quote", "h\n5000,\"Ne, I\n", OK),
+    ("mask", "one", mask(" 8.25  5000.5 "), OK),
+    ("mask", "word", "Mask\n8,5000\n", OK),
+    ("mask", "quoted_title", "\"Mask, of ours\"\n8 5000\n", OK),
+    ("mask", "lower_case", "mask\n8,5000\n", NO_MASK),
+    ("mask", "byte_order_mark", b"\xef\xbb\xbfMask\n8 5000\n", OK),
+    ("mask", "title_only", "Mask\n", TOO_SHORT),
+    ("mask", "empty", "", TOO_SHORT),
+    ("mask", "line_ends_only", "\n\n", NO_MASK),
+    ("mask", "lines50", mask(*[f" {i}.5  5000.123456789 " for i in range(50)]), OK),
+    ("mask", "lines51", mask(*[f" {i}.5  5000.123456789 " for i in range(51)]), SUBSCRIPT),
+    ("mask", "one_number", mask("8 5000", "9"), INVALID),
+    ("mask", "three_numbers", mask("8 5000 1"), INVALID),
+    ("mask", "huge", mask("1.7976931348623157E308 -1E-320"), OK),
+    ("mask", "no_number", mask("eight 5000"), INVALID),
+    ("settings", "whole", settings(), OK),
+    ("settings", "lines10", settings(count=10), TOO_SHORT),
+    ("settings", "lines29", settings(count=29), TOO_SHORT),
+    ("settings", "empty", "", TOO_SHORT),
+    ("settings", "largest", settings('32767,-32768,"x"', 7), OK),
+    ("settings", "too_large", settings('32768,0,"x"', 7), OVERFLOW),
+    ("settings", "rounded", settings('1.5,2.5,"x"', 7), OK),
+    ("settings", "no_label", settings("500,500", 7), TOO_SHORT),
+    ("settings", "one_number", settings('500,"x"', 7), INVALID),
+    ("settings", "too_many", settings('500,500,"x",1', 7), INVALID),
+    ("settings", "no_number", settings('a,500,"x"', 7), INVALID),
+    ("recipe_text", "all_sorts",
+     "# all\nload frame \"a b.fts\" # x\ntrim 1 1 $x 9\nidentify arc1 5.25 5852.488\n"
+     "save object ${x}.fts 17\nnormalize points 2 1 -2 3\n\"plot\" row 5 r$$.svg\nzap 1 2 3\n", OK),
+    ("recipe_text", "empty", "", OK),
+    ("recipe_text", "byte_order_mark", b"\xef\xbb\xbfcrunch\r\n", OK),
+    ("recipe_text", "name_with_blank", "load frame $name", OK),
+    ("recipe_text", "name_that_is_a_type", "save frame 16 17\nsave frame 17\nsave frame\n", OK),
+    ("recipe_text", "numbers", "identify arc2 1e300 .5\nidentify arc1 -0 +5D3\n", OK),
+    ("recipe_text", "quotes", "load table \"say \"\"x\"\"#$$\"\t#\nload mask a\"b c\"d\n", OK),
+    ("recipe_text", "latin", "load table \xe9\xff\n", OK),
+    ("recipe_text", "unknown", "crunch\nfly\n", "2: unknown command 'fly'"),
+    ("recipe_text", "empty_command", '""\n', "1: unknown command ''"),
+    ("recipe_text", "half_a_name", "normalize\n",
+     "1: expected normalize auto INTERVAL POWER or normalize points POWER COLUMN... or normalize again"),
+    ("recipe_text", "missing", "trim 1 2 3\n", "1: ROW2 is missing: trim COL1 ROW1 COL2 ROW2"),
+    ("recipe_text", "too_many", "crunch now\n", "1: 'now' is one word too many: crunch"),
+    ("recipe_text", "open_quote", 'load frame "a\n', "1: a double quote is not closed"),
+    ("recipe_text", "no_value", "load frame $y\n", "1: $y has no value; give it one as in y=VALUE"),
+    ("recipe_text", "dollar_alone", "load frame $ a\n", no_dollar(1)),
+    ("recipe_text", "open_brace", "load frame ${x\n", no_dollar(1)),
+    ("recipe_text", "control_character",
+     "load frame a\x07b\n", "1: the line holds a character that no text has"),
+    ("recipe_text", "zero_byte", b"crunch\0\n", "1: the line holds a character that no text has"),
+    ("recipe_text", "no_type", "save frame a 18\n",
+     "1: '18' is no pixel type: save frame|spectrum|object [FILE] [16|17|32|-32]"),
+    ("recipe_text", "whole_too_large", "fix-column 2147483648\n",
+     "1: COLUMN must be a whole number, not '2147483648': fix-column COLUMN"),
+    ("recipe_text", "infinite", "identify arc1 1e999\n",
+     "1: COLUMN must be a number, not '1e999': identify arc1|arc2 COLUMN [WAVELENGTH]"),
+    ("recipe_run", "reduction",
+     REDUCTION + "normalize auto 5 2\nrevert\nnormalize points 2 4 12 20 -30 38\n"
+     "normalize again\nplot continuum c.svg\nsave spectrum\nplot row 6 r.svg\nplot column 9 c.svg\n", OK),
+    ("recipe_run", "repairs",
+     "load frame frame.fts\nfix-column 9\ntrim 2 1 39 11\nzap 3 5 6\nundo-zap\nzap 3 5 6 1\n"
+     "save frame frame.fts 17\nload dao frame.fts\nexport frame f.txt\nheader frame\n", OK),
+    ("recipe_run", "calibration",
+     ARC + "save mask arc1 b.mask\nload arc2 arc2.fts\nload mask b.mask\napply-mask arc2\n"
+     "fit-deviations arc2 2\nuse-power arc1 2\nplot deviations1 d\nplot arc2 a\nload object arc1.fts\n"
+     "correct\nsave object\n", OK),
+    ("recipe_run", "one_arc", "arcs 1\nload arc2 arc2.fts\n" + ARC + "delete-line arc1 21\ndelete-lines arc1",
+     "2: arc2.fts: Hey, the number of arc files is 1!  Set it to 2 to load Arc 2."),
+    ("recipe_run", "after_a_short_frame",
+     "load frame short.fts\nplot row 2 r.svg\nzap 1 2 3\nsave frame\n" + REDUCTION,
+     "1: short.fts: " + TOO_SHORT + " (the pixels end at byte 3840, the file at 3000)"),
+    ("recipe_run", "after_a_large_frame",
+     REDUCTION + "load frame large.fts\nplot row 2 r.svg\nexport frame f\ncrunch\n",
+     "5: large.fts: " + SUBSCRIPT + " (NAXIS1 is above 3000)"),
+    ("recipe_run", "folders", "folder sub\nload frame frame.fts\nfolder none\nfolder .\n",
+     "2: frame.fts: Error: 53  Error: File not found."),
+    ("recipe_run", "crunch_without_a_fit", "load frame frame.fts\ncrunch\n",
+     "2: Hey, you need to set the aperture and fit the background first!"),
+    ("recipe_run", "not_understood", "load frame frame.fts\nload frame\n",
+     "2: FILE is missing: load frame|dao|arc1|arc2|object|table|mask FILE"),
+    ("recipe_run", "another_folder", "load table ../x\n", "The recipe leaves its folder."),
+    ("recipe_run", "save_64_bit", "load frame frame.fts\nsave frame x -64\nsave frame x\n",
+     "2: x: Sorry; saving to 64-bit is not available at this time.  Try 32-bit real."),
+]
+
+
+def main():
+    folder = pathlib.Path(sys.argv[1])
+    lines = []
+    for reader, name, contents, outcome in SEEDS:
+        (folder / reader).mkdir(parents=True, exist_ok=True)
+        data = contents if isinstance(contents, bytes) else contents.encode("latin-1")
+        (folder / reader / name).write_bytes(data)
+        lines.append(f"{reader}\t{name}\t{outcome}\n")
+    (folder / "listing.tsv").write_text("".join(lines), encoding="latin-1")
+
+
+main()

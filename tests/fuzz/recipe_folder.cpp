@@ -1,0 +1,124 @@
+// Recipes of any text, run for what they leave behind.
+#include "fuzz/recipe_folder.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <stdexcept>
+
+#include "fits/fits_writer.h"
+#include "steps/recipe.h"
+#include "support/test_session.h"
+
+namespace halmek::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+using Files = std::map<std::string, std::string>;  // bytes by full name
+
+// A frame, two arcs, a file that ends too early, one that promises too much, a table and a mask.
+Files MakeFiles(const std::string& folder) {
+  fs::create_directories(folder + "/sub");
+  const auto s = SessionIn(folder);
+  s->slot[slots::frame].savePixelType = 17;
+  SetFrame(*s, 40, 12, [](int c, int r) { return 200 + r + (500 + 3 * c) / (1 + (r - 6) * (r - 6)); });
+  SaveFits2D(*s, "frame.fts");
+  WriteFile(FullName(*s, "short.fts"), ReadFile(FullName(*s, "frame.fts")).substr(0, 3000));
+  std::string large = ReadFile(FullName(*s, "frame.fts"));
+  WriteFile(FullName(*s, "large.fts"), large.replace(large.find("  40 /"), 4, "9999"));
+  for (const auto& [name, shift] : {std::pair{"arc1.fts", 0}, {"arc2.fts", 1}}) {
+    std::vector<double> light(40, 50);
+    for (size_t peak : {8, 20, 32})
+      for (size_t i = 0; i < 5; ++i)
+        light[peak + i - 2 + static_cast<size_t>(shift)] += (std::vector{60, 500, 900, 450, 50})[i];
+    SetSpectrum(*s, slots::object, light);
+    s->slot[slots::object].savePixelType = -32;
+    SaveFits1D(*s, slots::object, name);
+  }
+  WriteFile(FullName(*s, "lines.txt"), "lines\n5009.3,Ne I\n5021.1,Ar\n5033.2,Ne II\n");
+  WriteFile(FullName(*s, "a.mask"), "Mask\n9 5009.3\n21 5021.1\n33 5033.2\n");
+  Files files;
+  for (const std::string& name : FilesIn(folder))
+    if (name != "sub")
+      files[FullName(*s, name)] = ReadFile(FullName(*s, name));
+  return files;
+}
+
+// What a session has written. It is removed, and the folder's own files are put back.
+Files TakeWritten(const Session& s, const Files& own) {
+  Files written;
+  for (const std::string& path : s.writtenFiles)
+    if (path != "/dev/null")
+      written[path] = ReadFile(path);
+  for (const auto& [path, bytes] : written) {
+    fs::remove(path);
+    if (const auto file = own.find(path); file != own.end())
+      WriteFile(path, file->second);
+  }
+  return written;
+}
+
+bool StaysInFolder(const RecipeLine& line) {
+  const std::string file = FileOf(line.step);
+  return file == "/dev/null" || (file.find('/') == std::string::npos && file != "..");
+}
+
+std::optional<RecipeStopped> RefusalOfLine(Session& s, const RecipeLine& line) {
+  try {
+    RunRecipe(s, {line}, [](const RecipeLine&, const Outcome&) {});
+    return std::nullopt;
+  } catch (const RecipeStopped& stopped) {
+    return stopped;
+  }
+}
+
+// Everything that a session can write.
+Files WriteAll(Session& s, const Files& own) {
+  for (const RecipeLine& line :
+       ParseRecipe("save frame all0 -32\nsave spectrum all3 -32\nsave object all4 -32\n"
+                   "export arc1 all1\nexport arc2 all2\n"
+                   "save mask arc1 mask1\nsave mask arc2 mask2\n",
+                   {}))
+    RefusalOfLine(s, line);
+  return TakeWritten(s, own);
+}
+
+}  // namespace
+
+void Require(bool holds, const char* what) {
+  if (!holds)
+    throw std::logic_error(what);
+}
+
+void RunInPreparedFolder(const std::string& folder, const std::string& recipe) {
+  static const Files own = MakeFiles(folder);
+  const std::vector<RecipeLine> lines = ParseRecipe(recipe, {});
+  if (!std::ranges::all_of(lines, StaysInFolder))
+    throw Refusal("The recipe leaves its folder.");
+
+  const auto s = SessionIn(folder);
+  std::optional<RecipeStopped> first;
+  bool isToldByJournal = true;
+  for (const RecipeLine& line : lines) {
+    const auto refusal = RefusalOfLine(*s, line);
+    first = first ? first : refusal;
+    if (refusal &&
+        (std::holds_alternative<steps::Load>(line.step) || std::holds_alternative<steps::Save>(line.step)))
+      isToldByJournal = false;
+  }
+  const std::string journal = JournalText(*s);
+  const Files written = WriteAll(*s, own);
+
+  if (isToldByJournal && std::hash<std::string>{}(recipe) % 4 == 0) {
+    const auto again = SessionIn(folder);
+    for (const RecipeLine& line : ParseRecipe(journal, {}))
+      Require(!RefusalOfLine(*again, line), "a line of the journal is refused when it is replayed");
+    Require(WriteAll(*again, own) == written, "the journal gives other files");
+  }
+  if (first)
+    throw *first;
+}
+
+}  // namespace halmek::test
