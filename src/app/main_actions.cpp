@@ -251,7 +251,8 @@ void Actions::SaveRecipe() {
                     .name = (frame.empty() ? std::string("halmek") : BaseName(frame)) + ".recipe",
                     .patterns = {recipePattern}});
   if (file)
-    desk_.TryWith(*file, mainWindow_, [&] { AtomicWrite(*file, SavedRecipe(session(), *file)); });
+    desk_.TryWith(*file, mainWindow_,
+                  [&] { AtomicWrite(*file, SavedRecipe(session(), *file), session().fileOperations); });
 }
 
 void Actions::RunRecipe() {

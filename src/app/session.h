@@ -9,6 +9,7 @@
 #include "app/fixed_table.h"
 #include "app/settings.h"
 #include "app/workflow.h"
+#include "files/file_operations.h"
 #include "numeric/median.h"
 #include "numeric/polynomial_fit.h"
 #include "plot/plot_frame.h"
@@ -239,6 +240,7 @@ struct Session : Settings {
   std::array<int16_t, mostHelpParagraphs + 1> helpParagraphLength{};
 
   Workflow workflow;
+  FileOperations fileOperations;          // by which files are written
   std::vector<std::string> journal;       // the steps performed, as the lines of a recipe
   std::vector<std::string> writtenFiles;  // full names, in order
 };

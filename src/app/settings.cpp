@@ -119,8 +119,8 @@ SettingsRead ReadSettings(const std::string& path) {
   }
 }
 
-void WriteSettings(const std::string& path, const Settings& settings) {
-  AtomicWrite(path, SettingsText(settings));
+void WriteSettings(const std::string& path, const Settings& settings, const FileOperations& system) {
+  AtomicWrite(path, SettingsText(settings), system);
 }
 
 }  // namespace halmek

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string>
 
+#include "files/file_operations.h"
+
 namespace halmek {
 
 // Where a window stands, in twips.
@@ -49,7 +51,7 @@ struct SettingsRead {
 SettingsRead ReadSettings(const std::string& path);
 
 // Replaces the settings file as a whole. Throws RunTimeError.
-void WriteSettings(const std::string& path, const Settings& settings);
+void WriteSettings(const std::string& path, const Settings& settings, const FileOperations& system = {});
 
 // The message that is shown where the settings file could not be used.
 inline constexpr const char* defaultsMessage = "Default values are being loaded.";

@@ -134,7 +134,7 @@ void SaveMask(Session& s, int a, const std::string& file) {
     text += "\r\n";
   }
   const std::string path = FullName(s, file);
-  AtomicWrite(path, text);
+  AtomicWrite(path, text, s.fileOperations);
   s.writtenFiles.push_back(path);
 
   LineMask& mask = s.mask;

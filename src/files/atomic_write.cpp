@@ -1,13 +1,8 @@
-// Atomic writing: temporary file, flush, rename.
+// Atomic writing: a new file, flushed, then renamed.
 #include "files/atomic_write.h"
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
-#include <cstdio>
 #include <filesystem>
 #include <optional>
 
@@ -18,120 +13,246 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A file open for writing that is closed, and removed if it is temporary and was not kept, on every way out.
+// The result of `call`, made again where a signal interrupted it; but not for ever.
+template <typename Call>
+auto Uninterrupted(const Call& call) {
+  constexpr int mostTimes = 1000;
+  auto result = call();
+  for (int i = 1; result < 0 && errno == EINTR && i < mostTimes; ++i)
+    result = call();
+  return result;
+}
+
+// Where a file is to be put, with all links followed, and what is there.
+struct Target {
+  std::string path;
+  bool exists = false;
+  bool isDevice = false;
+  // Of the existing file.
+  uid_t owner = 0;
+  gid_t group = 0;
+  mode_t mode = 0;
+};
+
+std::string FollowLinks(const std::string& path, const FileOperations& system) {
+  constexpr int mostLinks = 40;
+  fs::path target = path;
+  for (int i = 0; i <= mostLinks; ++i) {
+    char text[4096];
+    const ssize_t size = Uninterrupted([&] { return system.readlink(target.c_str(), text, sizeof text); });
+    // No link, or nothing there yet. Any other failure may hide a link, which must not be replaced.
+    if (size < 0 && (errno == EINVAL || errno == ENOENT))
+      return target.string();
+    if (size < 0)
+      throw ErrorFromSystem(errno, path);
+    target = target.parent_path() / std::string(text, static_cast<size_t>(size));
+  }
+  throw ErrorFromSystem(ELOOP, path);
+}
+
+Target TargetOf(const std::string& path, const FileOperations& system) {
+  if (path.find('\0') != std::string::npos || fs::path(path).filename().empty())
+    throw RunTimeError(run_time_error::badFileName);
+  Target target{.path = FollowLinks(path, system)};
+  struct stat status {};
+  if (Uninterrupted([&] { return system.stat(target.path.c_str(), &status); }) != 0) {
+    if (errno != ENOENT)
+      throw ErrorFromSystem(errno, target.path);
+    return target;
+  }
+  target.exists = true;
+  target.isDevice = S_ISCHR(status.st_mode);
+  target.owner = status.st_uid;
+  target.group = status.st_gid;
+  target.mode = status.st_mode & 07777;
+  if (S_ISDIR(status.st_mode))
+    throw RunTimeError(run_time_error::pathAccess, "it is a folder");
+  if (!S_ISREG(status.st_mode) && !target.isDevice)
+    throw RunTimeError(run_time_error::pathAccess, "it is not a regular file");
+  // A file that may not be written is not replaced either, though its folder would allow it.
+  if (Uninterrupted([&] { return system.access(target.path.c_str(), W_OK); }) != 0)
+    throw ErrorFromSystem(errno, target.path);
+  return target;
+}
+
+fs::path FolderOf(const Target& target) {
+  const fs::path folder = fs::path(target.path).parent_path();
+  return folder.empty() ? fs::path(".") : folder;
+}
+
+constexpr std::string_view hiddenEnd = ".tmp";
+
+// What the hidden names of a target begin with. It is cut so that the rest fits where the target's own name
+// is as long as the system allows.
+std::string HiddenStart(const Target& target) {
+  return "." + fs::path(target.path).filename().string().substr(0, 200) + ".";
+}
+
+// A hidden name beside the target that no other write of this or another process uses.
+std::string HiddenName(const Target& target) {
+  static std::atomic<unsigned> count{0};
+  const std::string name = HiddenStart(target) + std::to_string(getpid()) + "-" + std::to_string(++count);
+  return (FolderOf(target) / (name + std::string(hiddenEnd))).string();
+}
+
+bool IsHiddenName(const std::string& name, const Target& target) {
+  const std::string start = HiddenStart(target);
+  return name.size() > start.size() + hiddenEnd.size() && name.starts_with(start) &&
+         name.ends_with(hiddenEnd) &&
+         name.find_first_not_of("0123456789-", start.size()) == name.size() - hiddenEnd.size();
+}
+
+// Removes what killed programs left of earlier writes of this file. Whoever still writes one holds its lock.
+void RemoveLeftovers(const Target& target, const FileOperations& system) {
+  std::error_code failed;
+  for (fs::directory_iterator entry(FolderOf(target), failed), end; !failed && entry != end;
+       entry.increment(failed)) {
+    if (!IsHiddenName(entry->path().filename().string(), target))
+      continue;
+    const int file = system.open(entry->path().c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW, 0);
+    if (file < 0)
+      continue;
+    if (system.flock(file, LOCK_EX | LOCK_NB) == 0)
+      system.unlink(entry->path().c_str());
+    system.close(file);
+  }
+}
+
+// A file being written. It is closed, and removed where it has a hidden name, on every way out.
 class OutputFile {
  public:
-  OutputFile(const std::string& path, int flags, mode_t mode, bool temporary)
-      : path_(path),
-        temporary_(temporary),
-        descriptor_(open(path.c_str(), flags | O_WRONLY | O_CLOEXEC, mode)) {
-    if (descriptor_ < 0)
-      throw ErrorFromSystem(errno, path);
-  }
+  OutputFile(const Target& target, const FileOperations& system) : target_(target), system_(system) {}
   ~OutputFile() {
-    if (descriptor_ >= 0)
-      close(descriptor_);
-    if (temporary_)
-      unlink(path_.c_str());
+    if (file_ >= 0)
+      system_.close(file_);
+    if (!hiddenName_.empty())
+      Uninterrupted([&] { return system_.unlink(hiddenName_.c_str()); });
   }
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
 
+  void OpenDevice() { Require(Open(target_.path, O_NONBLOCK)); }
+
+  // Says whether the file system knows files without a name.
+  bool OpenNameless() { return Open(FolderOf(target_).string(), O_TMPFILE); }
+
+  void OpenHidden() {
+    const std::string name = HiddenName(target_);
+    Require(Open(name, O_CREAT | O_EXCL));
+    hiddenName_ = name;
+  }
+
   void Write(std::string_view bytes) {
     while (!bytes.empty()) {
-      const ssize_t written = write(descriptor_, bytes.data(), bytes.size());
-      if (written < 0 && errno == EINTR)
-        continue;
-      if (written < 0)
-        throw ErrorFromSystem(errno, path_);
+      const ssize_t written = Uninterrupted([&] { return system_.write(file_, bytes.data(), bytes.size()); });
+      if (written == 0)
+        errno = EIO;
+      Require(written > 0);
       bytes.remove_prefix(static_cast<size_t>(written));
     }
   }
 
-  void SetMode(mode_t mode) {
-    if (fchmod(descriptor_, mode) != 0)
-      throw ErrorFromSystem(errno, path_);
+  // Lets the same people read and write the file as the one that it replaces. Its owner or group may be one
+  // that only root can give.
+  void TakeOverPermissions() {
+    Uninterrupted([&] { return system_.fchown(file_, target_.owner, target_.group); });
+    Require(Uninterrupted([&] { return system_.fchmod(file_, target_.mode); }) == 0);
   }
 
-  // Some file systems report a full disk only here.
-  void FlushAndClose(bool isFile) {
-    // File systems that cannot flush say EINVAL.
-    const bool flushed = !isFile || fsync(descriptor_) == 0 || errno == EINVAL;
-    const int flushError = errno;
-    const bool closed = close(descriptor_) == 0;
-    descriptor_ = -1;
-    if (!flushed || !closed)
-      throw ErrorFromSystem(flushed ? errno : flushError, path_);
+  // File systems that cannot flush say EINVAL.
+  void Flush() {
+    Require(Uninterrupted([&] { return system_.fsync(file_); }) == 0 || errno == EINVAL);
   }
 
-  void RenameTo(const std::string& target) {
-    if (rename(path_.c_str(), target.c_str()) != 0)
-      throw ErrorFromSystem(errno, target);
-    temporary_ = false;
+  // Some file systems report a full disk only here. The system has closed the file whatever it says.
+  void Close() {
+    const bool closed = system_.close(file_) == 0 || errno == EINTR;
+    file_ = -1;
+    Require(closed);
+  }
+
+  // Puts a nameless file in the target's place. Says whether the system can give names to such files.
+  bool NameAndReplace() {
+    if (!target_.exists && Link(target_.path))
+      return true;
+    // Only a file with a name can replace another.
+    const std::string name = HiddenName(target_);
+    if (!Link(name))
+      return false;
+    hiddenName_ = name;
+    Replace();
+    return true;
+  }
+
+  // Puts a file with a hidden name in the target's place.
+  void Replace() {
+    Require(Uninterrupted([&] { return system_.rename(hiddenName_.c_str(), target_.path.c_str()); }) == 0);
+    hiddenName_.clear();
   }
 
  private:
-  std::string path_;
-  bool temporary_;
-  int descriptor_;
+  bool Open(const std::string& path, int flags) {
+    constexpr mode_t readAndWrite = 0666;
+    file_ =
+        Uninterrupted([&] { return system_.open(path.c_str(), flags | O_WRONLY | O_CLOEXEC, readAndWrite); });
+    // Where files cannot be locked, nobody finds this one unlocked either.
+    if (file_ >= 0)
+      system_.flock(file_, LOCK_EX | LOCK_NB);
+    return file_ >= 0;
+  }
+
+  bool Link(const std::string& name) {
+    const std::string openFile = "/proc/self/fd/" + std::to_string(file_);
+    return Uninterrupted([&] { return system_.linkOpenFile(openFile.c_str(), name.c_str()); }) == 0;
+  }
+
+  void Require(bool succeeded) const {
+    if (!succeeded)
+      throw ErrorFromSystem(errno, target_.path);
+  }
+
+  const Target& target_;
+  const FileOperations& system_;
+  std::string hiddenName_;
+  int file_ = -1;
 };
 
-// The file that is meant, where `path` is a link, whether it exists or not.
-std::string FollowLinks(const std::string& path) {
-  constexpr int mostLinks = 40;
-  fs::path target = path;
-  std::error_code failed;
-  for (int i = 0; fs::is_symlink(target, failed); ++i) {
-    if (i == mostLinks)
-      throw ErrorFromSystem(ELOOP, path);
-    target = target.parent_path() / fs::read_symlink(target, failed);
-  }
-  return target.string();
+void WriteDevice(const Target& target, std::string_view bytes, const FileOperations& system) {
+  OutputFile device(target, system);
+  device.OpenDevice();
+  device.Write(bytes);
+  device.Close();
 }
 
-// A hidden name in the folder of `target` that no other write of this or another process uses.
-std::string TemporaryName(const std::string& target) {
-  static std::atomic<unsigned> count{0};
-  const fs::path path(target);
-  // Cut so that the suffix fits where the target's own name is as long as the system allows.
-  const std::string name = path.filename().string().substr(0, 200);
-  return (path.parent_path() /
-          ("." + name + "." + std::to_string(getpid()) + "-" + std::to_string(++count) + ".tmp"))
-      .string();
+enum class NewFile { nameless, hidden };
+
+// Says whether the file system could do it that way; it always can with a hidden name.
+bool WriteBeside(const Target& target, std::string_view bytes, NewFile kind, const FileOperations& system) {
+  OutputFile file(target, system);
+  if (kind == NewFile::hidden)
+    file.OpenHidden();
+  else if (!file.OpenNameless())
+    return false;
+  if (target.exists)
+    file.TakeOverPermissions();
+  file.Write(bytes);
+  file.Flush();
+  if (kind == NewFile::nameless)
+    return file.NameAndReplace();
+  file.Close();
+  file.Replace();
+  return true;
 }
 
 }  // namespace
 
-void AtomicWrite(const std::string& path, std::string_view bytes) {
-  const std::string target = path.find('\0') == std::string::npos ? FollowLinks(path) : std::string();
-  if (fs::path(target).filename().empty())
-    throw RunTimeError(run_time_error::badFileName);
-
-  std::optional<mode_t> mode;
-  struct stat status {};
-  if (stat(target.c_str(), &status) == 0) {
-    if (S_ISDIR(status.st_mode))
-      throw RunTimeError(run_time_error::pathAccess, "it is a folder");
-    if (!S_ISREG(status.st_mode) && !S_ISCHR(status.st_mode))
-      throw RunTimeError(run_time_error::pathAccess, "it is not a regular file");
-    if (S_ISCHR(status.st_mode)) {
-      OutputFile device(target, O_NONBLOCK, 0, false);
-      device.Write(bytes);
-      device.FlushAndClose(false);
-      return;
-    }
-    // A file that may not be written is not replaced either, though its folder would allow it.
-    if (access(target.c_str(), W_OK) != 0)
-      throw ErrorFromSystem(errno, target);
-    mode = status.st_mode & 07777;
-  }
-
-  OutputFile file(TemporaryName(target), O_CREAT | O_EXCL, 0666, true);
-  if (mode)
-    file.SetMode(*mode);
-  file.Write(bytes);
-  file.FlushAndClose(true);
-  file.RenameTo(target);
+void AtomicWrite(const std::string& path, std::string_view bytes, const FileOperations& system) {
+  const Target target = TargetOf(path, system);
+  if (target.isDevice)
+    return WriteDevice(target, bytes, system);
+  RemoveLeftovers(target, system);
+  if (!WriteBeside(target, bytes, NewFile::nameless, system))
+    WriteBeside(target, bytes, NewFile::hidden, system);
 }
 
 }  // namespace halmek

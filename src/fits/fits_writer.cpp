@@ -136,7 +136,7 @@ class FileBytes {
 
 void WriteAndRemember(Session& session, const std::string& file, const std::string& bytes) {
   const std::string path = FullName(session, file);
-  AtomicWrite(path, bytes);
+  AtomicWrite(path, bytes, session.fileOperations);
   session.writtenFiles.push_back(path);
 }
 

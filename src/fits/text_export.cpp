@@ -20,7 +20,7 @@ void AppendNumber(std::string& text, double value) {
 void Write(Session& session, int s, const std::string& file, const std::string& text) {
   const std::string path = FullName(session, file);
   session.slot[s].textFileName = LeafName(file);
-  AtomicWrite(path, text);
+  AtomicWrite(path, text, session.fileOperations);
   session.writtenFiles.push_back(path);
 }
 

@@ -24,7 +24,8 @@ class View {
 
 class Desk {
  public:
-  Desk(Session& session, Platform& platform) : session_(session), platform_(platform) {}
+  Desk(Session& session, Platform& platform)
+      : session_(session), platform_(platform), printing_(session.fileOperations) {}
   Desk(const Desk&) = delete;
   Desk& operator=(const Desk&) = delete;
 

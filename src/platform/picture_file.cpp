@@ -86,16 +86,16 @@ std::string PdfOf(const Drawing& drawing) {
 
 }  // namespace
 
-void SavePicture(const Drawing& drawing, const std::string& file) {
+void SavePicture(const Drawing& drawing, const std::string& file, const FileOperations& system) {
   std::string ending = std::filesystem::path(file).extension().string();
   std::transform(ending.begin(), ending.end(), ending.begin(),
                  [](char c) { return static_cast<char>(std::tolower(static_cast<unsigned char>(c))); });
   if (ending == ".png")
-    AtomicWrite(file, PngOf(drawing));
+    AtomicWrite(file, PngOf(drawing), system);
   else if (ending == ".svg")
-    AtomicWrite(file, SvgOf(drawing));
+    AtomicWrite(file, SvgOf(drawing), system);
   else if (ending == ".pdf")
-    AtomicWrite(file, PdfOf(drawing));
+    AtomicWrite(file, PdfOf(drawing), system);
   else
     throw Refusal("Sorry, a picture's name must end in .png, .svg or .pdf.  Please try again.");
 }

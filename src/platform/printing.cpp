@@ -102,9 +102,9 @@ std::string FreeName(const std::string& file) {
   return name.string();
 }
 
-void WritePage(const std::string& file, const std::string& pdf) {
+void WritePage(const std::string& file, const std::string& pdf, const FileOperations& system) {
   try {
-    AtomicWrite(file, pdf);
+    AtomicWrite(file, pdf, system);
   } catch (const RunTimeError& error) {
     throw RunTimeError(error.number(), NamingFile(error.detail(), file));
   }
@@ -112,7 +112,7 @@ void WritePage(const std::string& file, const std::string& pdf) {
 
 }  // namespace
 
-Printing::Printing() = default;
+Printing::Printing(const FileOperations& system) : system_(system) {}
 Printing::~Printing() = default;
 
 QPrinter& Printing::Current() {
@@ -165,7 +165,7 @@ std::string Printing::PrintToFile(const QString& title, const PaintPage& paint) 
   const fs::path whole = fs::absolute(chosen, noCurrentFolder);
   const std::string name = noCurrentFolder ? chosen : whole.string();
   const std::string file = isFileUsed_ ? FreeName(name) : name;
-  WritePage(file, PdfPage(Current(), title, paint));
+  WritePage(file, PdfPage(Current(), title, paint), system_);
   isFileUsed_ = true;
   return file;
 }

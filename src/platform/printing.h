@@ -13,11 +13,12 @@ class QWidget;
 namespace halmek {
 
 class Platform;
+struct FileOperations;
 
 // What is chosen holds until the process ends; it is stored nowhere.
 class Printing {
  public:
-  Printing();
+  explicit Printing(const FileOperations& system);
   ~Printing();
 
   // Lets the user choose the printer and its settings in the platform's dialog. Nothing changes where the
@@ -39,6 +40,7 @@ class Printing {
   std::string PrintToFile(const QString& title, const PaintPage& paint);
   void PrintOnPaper(const QString& title, const PaintPage& paint);
 
+  const FileOperations& system_;
   std::unique_ptr<QPrinter> printer_;
   bool isFileUsed_ = false;  // a page was printed to the file chosen
 };

@@ -78,7 +78,7 @@ void PlotWindow::SavePictureAs() {
                                                        .name = PictureName() + ".png",
                                                        .patterns = {"*.png", "*.svg", "*.pdf"}});
   if (file && surface_->drawing())
-    desk_.TryWith(*file, this, [&] { SavePicture(*surface_->drawing(), *file); });
+    desk_.TryWith(*file, this, [&] { SavePicture(*surface_->drawing(), *file, session().fileOperations); });
 }
 
 bool PlotWindow::Open() {

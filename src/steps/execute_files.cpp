@@ -105,7 +105,7 @@ void RequireSavable(const Session& s, int slot) {
 
 Outcome WriteDrawing(Session& s, const std::string& file, const Drawing& drawing) {
   const std::string path = FullName(s, file);
-  AtomicWrite(path, SvgOf(drawing));
+  AtomicWrite(path, SvgOf(drawing), s.fileOperations);
   s.writtenFiles.push_back(path);
   return {"wrote " + file, {}};
 }

@@ -44,7 +44,7 @@ void ShutDown(Session& session, std::string_view startRowText, std::string_view 
   TakeOver(session.startRow, startRowText);
   TakeOver(session.badColumn, badColumnText);
   session.mainWindow = mainWindow;
-  WriteSettings(session.settingsPath, session);
+  WriteSettings(session.settingsPath, session, session.fileOperations);
 }
 
 }  // namespace halmek

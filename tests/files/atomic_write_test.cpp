@@ -2,16 +2,21 @@
 #include "files/atomic_write.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
 #include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "files/failure.h"
-#include "files/file_size_limit.h"
+#include "support/faulty_files.h"
 #include "support/test_session.h"
 
 namespace halmek::test {
@@ -36,6 +41,26 @@ TEST(AtomicWrite, PutsExactlyTheBytesIntoTheFile) {
   EXPECT_EQ(FilesIn(folder.path()), Names{longestName});
 }
 
+// While it lives, no file of this process grows beyond `bytes`, as on a disk that is full then.
+class FileSizeLimit {
+ public:
+  explicit FileSizeLimit(rlim_t bytes) : oldHandler_(std::signal(SIGXFSZ, SIG_IGN)) {
+    getrlimit(RLIMIT_FSIZE, &old_);
+    const rlimit limit{bytes, old_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~FileSizeLimit() {
+    setrlimit(RLIMIT_FSIZE, &old_);
+    std::signal(SIGXFSZ, oldHandler_);
+  }
+  FileSizeLimit(const FileSizeLimit&) = delete;
+  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+ private:
+  rlimit old_{};
+  void (*oldHandler_)(int);
+};
+
 TEST(AtomicWrite, LeavesTheOldFileWhenTheDiskIsFull) {
   const TemporaryFolder folder;
   WriteFile(folder.File("old"), "old content");
@@ -51,6 +76,136 @@ TEST(AtomicWrite, LeavesTheOldFileWhenTheDiskIsFull) {
     }
     EXPECT_EQ(ReadFile(folder.File("old")), "old content") << room;
   }
+}
+
+// A folder with a file of each kind that a write may find, or none, under the name "file".
+class Place {
+ public:
+  enum Kind { nothing, file, link, kinds };
+
+  explicit Place(Kind kind) : kind_(kind) {
+    if (kind == nothing)
+      return;
+    WriteFile(path(), "old");
+    fs::permissions(path(), fs::perms(0640));
+    if (kind != link)
+      return;
+    fs::rename(path(), folder_.File("data"));
+    fs::create_symlink("data", path());
+  }
+
+  std::string path() const { return folder_.File("file"); }
+
+  // What differs from a folder in which the file holds `content`, and nothing else has changed; none is
+  // empty.
+  std::string DifferenceFrom(const std::string& content) const {
+    Names names;
+    if (kind_ == link)
+      names.emplace_back("data");
+    if (!content.empty())
+      names.emplace_back("file");
+    if (FilesIn(folder_.path()) != names)
+      return "files: " + testing::PrintToString(FilesIn(folder_.path()));
+    if (content.empty())
+      return {};
+    if (ReadFile(path()) != content)
+      return "holds " + ReadFile(path());
+    if (fs::is_symlink(path()) != (kind_ == link))
+      return "the link is gone";
+    return kind_ == nothing || fs::status(path()).permissions() == fs::perms(0640) ? "" : "other permissions";
+  }
+
+  std::string old() const { return kind_ == nothing ? "" : "old"; }
+
+ private:
+  TemporaryFolder folder_;
+  Kind kind_;
+};
+
+FileOperations Table(FaultyFiles& files, bool hasHiddenNames) {
+  return hasHiddenNames ? files.OperationsWithHiddenNames() : files.Operations();
+}
+
+// Each operation of a write fails in turn, in every way.
+void ExpectWholeFiles(Place::Kind kind, bool hasHiddenNames, Fault fault, const std::string& message) {
+  for (bool occurred = true; occurred;) {
+    ++fault.at;
+    const Place place(kind);
+    FaultyFiles files(fault);
+    const std::string refusal =
+        RefusalOf([&] { AtomicWrite(place.path(), "new bytes", Table(files, hasHiddenNames)); });
+    occurred = files.occurred();
+    SCOPED_TRACE(testing::Message() << "kind " << kind << " hidden " << hasHiddenNames << " error "
+                                    << fault.error << " lasting " << int(fault.lasting) << " at "
+                                    << fault.at);
+    EXPECT_TRUE(refusal.empty() || (occurred && refusal == message)) << refusal;
+    const std::string whole = refusal.empty() ? "new bytes" : place.old();
+    // On a disk that does nothing any more, the new file may stay beside the old one, until the next write.
+    if (fault.lasting == Lasting::everything && place.DifferenceFrom(whole).starts_with("files: ")) {
+      EXPECT_TRUE(ReadFile(place.path()) == whole && fs::is_symlink(place.path()) == (kind == Place::link));
+      EXPECT_EQ(RefusalOf([&] { AtomicWrite(place.path(), "later", {}); }), "");
+      EXPECT_EQ(place.DifferenceFrom("later"), "");
+    } else {
+      EXPECT_EQ(place.DifferenceFrom(whole), "");
+    }
+  }
+}
+
+TEST(AtomicWrite, AnyFailureOfAnyOperationLeavesTheOldFileOrTheNewOne) {
+  const std::string noAccess = "Error: 75  Error: Path/file access error.";
+  const std::pair<int, std::string> errors[] = {{ENOSPC, diskFull},
+                                                {EDQUOT, diskFull},
+                                                {EIO, "Error: 57  Error: Device I/O error."},
+                                                {EACCES, "Error: 70  Error: Permission denied."},
+                                                {EINTR, noAccess}};
+  for (const Place::Kind kind : {Place::nothing, Place::file, Place::link})
+    for (const bool hasHiddenNames : {false, true})
+      for (const Lasting lasting : {Lasting::once, Lasting::always, Lasting::everything}) {
+        for (const auto& [error, message] : errors)
+          ExpectWholeFiles(kind, hasHiddenNames, {.error = error, .lasting = lasting}, message);
+        ExpectWholeFiles(kind, hasHiddenNames, {.isShortWrite = true, .lasting = lasting}, "");
+      }
+}
+
+TEST(AtomicWrite, KilledAfterAnyOperationLeavesTheOldFileOrTheNewOne) {
+  for (const Place::Kind kind : {Place::nothing, Place::file, Place::link})
+    for (const bool hasHiddenNames : {false, true})
+      for (int at = 1, finished = 0; finished == 0; ++at) {
+        const Place place(kind);
+        const pid_t child = fork();
+        if (child == 0) {
+          FaultyFiles files({.at = at, .kills = true});
+          AtomicWrite(place.path(), "new bytes", Table(files, hasHiddenNames));
+          _exit(1);
+        }
+        int status = 0;
+        waitpid(child, &status, 0);
+        finished = WEXITSTATUS(status);
+        SCOPED_TRACE(testing::Message() << "kind " << kind << " hidden " << hasHiddenNames << " at " << at);
+        const bool hasFile = fs::exists(place.path());
+        EXPECT_TRUE(hasFile ? ReadFile(place.path()) == "new bytes" || ReadFile(place.path()) == place.old()
+                            : kind == Place::nothing);
+        EXPECT_EQ(RefusalOf([&] { AtomicWrite(place.path(), "later", {}); }), "");
+        EXPECT_EQ(place.DifferenceFrom("later"), "") << "what was left is removed by the next write";
+      }
+}
+
+TEST(AtomicWrite, RemovesOnlyWhatKilledWritesOfTheSameFileLeft) {
+  const TemporaryFolder folder;
+  const Names others = {".file.1-1.tmp.old", ".file.a-1.tmp", ".other.1-1.tmp", "file.1-1.tmp"};
+  for (const std::string& name : others)
+    WriteFile(folder.File(name), "mine");
+  WriteFile(folder.File(".file.1-1.tmp"), "left");
+  const std::string stillWritten = folder.File(".file.1-2.tmp");
+  WriteFile(stillWritten, "half");
+  const int writer = open(stillWritten.c_str(), O_WRONLY | O_CLOEXEC);
+  ASSERT_EQ(flock(writer, LOCK_EX), 0);
+  AtomicWrite(folder.File("file"), "new");
+  close(writer);
+  Names expected = others;
+  expected.insert(expected.end(), {".file.1-2.tmp", "file"});
+  std::sort(expected.begin(), expected.end());
+  EXPECT_EQ(FilesIn(folder.path()), expected);
 }
 
 TEST(AtomicWrite, RefusesWhatIsNoPlaceForAFile) {

@@ -3,12 +3,18 @@
 
 #include <fitsio.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <clocale>
+#include <cstdlib>
 #include <filesystem>
+#include <locale>
 #include <map>
 #include <set>
 
+#include "support/faulty_files.h"
 #include "support/small_night.h"
 #include "support/test_session.h"
 
@@ -148,21 +154,89 @@ TEST(StepTable, EveryStepHasHelpARoundTripAndATestRecipe) {
   }
 }
 
-TEST(Recipe, RunTwiceAndReplayedFromItsJournalGivesTheSameBytes) {
-  const TemporaryFolder first, second, replayed;
-  for (const auto* folder : {&first, &second, &replayed})
+TEST(Recipe, ReplayedFromItsJournalGivesTheSameBytes) {
+  const TemporaryFolder first, replayed;
+  for (const auto* folder : {&first, &replayed})
     WriteSmallNight(folder->path());
   const std::string recipe = RecipeFile("every_step.recipe");
   Variables variables{{"in", "."}, {"star", "star.fts"}, {"arc", "arc.fts"}};
   const std::string journal = RunIn(first.path(), recipe, variables);
-  RunIn(second.path(), recipe, variables);
   RunIn(replayed.path(), journal);
 
   const auto expected = BytesIn(first.path());
   EXPECT_EQ(expected.size(), 15u);
-  EXPECT_EQ(BytesIn(second.path()), expected);
   EXPECT_EQ(BytesIn(replayed.path()), expected);
   EXPECT_TRUE(expected.contains("star_1Dcal.fts"));
+}
+
+constexpr const char* germanLocale = HALMEK_TEST_LOCALES "/de_DE.UTF-8";
+
+// Runs the recipe in a process of its own, whose numbers have a decimal comma. Its status is 1 if they have
+// none.
+[[noreturn]] void RunWithDecimalCommaAndExit(const std::string& folder, const std::string& recipe,
+                                             const Variables& variables) {
+  setenv("LOCPATH", HALMEK_TEST_LOCALES, 1);
+  if (std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr || *std::localeconv()->decimal_point != ',')
+    _exit(1);
+  std::locale::global(std::locale("de_DE.UTF-8"));
+  WriteSmallNight(folder);
+  RunIn(folder, recipe, variables);
+  _exit(0);
+}
+
+TEST(Recipe, GivesTheSameBytesInALocaleWithADecimalComma) {
+  if (!std::filesystem::exists(germanLocale))
+    GTEST_SKIP() << "there is no locale with a decimal comma";
+  const TemporaryFolder plain, german;
+  const std::string recipe = RecipeFile("every_step.recipe");
+  const Variables variables{{"in", "."}, {"star", "star.fts"}, {"arc", "arc.fts"}};
+  WriteSmallNight(plain.path());
+  RunIn(plain.path(), recipe, variables);
+  EXPECT_EXIT(RunWithDecimalCommaAndExit(german.path(), recipe, variables), testing::ExitedWithCode(0), "");
+  EXPECT_EQ(BytesIn(german.path()), BytesIn(plain.path()));
+}
+
+// The lines from the first on that is numbered `number` or more.
+std::vector<RecipeLine> LinesFrom(const std::vector<RecipeLine>& lines, int number) {
+  std::vector<RecipeLine> rest;
+  std::copy_if(lines.begin(), lines.end(), std::back_inserter(rest),
+               [number](const RecipeLine& line) { return line.number >= number; });
+  return rest;
+}
+
+TEST(Recipe, GoesOnAfterASaveThatFailedAsIfItHadNotFailed) {
+  const auto ignored = [](const RecipeLine&, const Outcome&) {};
+  const std::string recipe = RecipeFile("every_step.recipe");
+  const std::vector<RecipeLine> lines =
+      ParseRecipe(recipe, {{"in", "."}, {"star", "star.fts"}, {"arc", "arc.fts"}});
+  const TemporaryFolder untroubled;
+  WriteSmallNight(untroubled.path());
+  RunIn(untroubled.path(), recipe, {{"in", "."}, {"star", "star.fts"}, {"arc", "arc.fts"}});
+  const auto expected = BytesIn(untroubled.path());
+
+  int failures = 0;
+  int at = 0;
+  for (bool occurred = true; occurred;) {
+    FaultyFiles files({.at = ++at, .error = ENOSPC, .lasting = Lasting::always});
+    const TemporaryFolder folder;
+    WriteSmallNight(folder.path());
+    const auto session = SessionIn(folder.path());
+    session->fileOperations = files.Operations();
+    try {
+      RunRecipe(*session, lines, ignored);
+    } catch (const RecipeStopped& stopped) {
+      ++failures;
+      const std::vector<RecipeLine> rest = LinesFrom(lines, stopped.line());
+      const std::string named = FileOf(rest[0].step), file = named.empty() ? "star_1D" : named;
+      EXPECT_TRUE(std::string(stopped.what()).starts_with(file)) << stopped.what();
+      EXPECT_TRUE(std::string(stopped.what()).ends_with(": Error: 61  Error: Disk full.")) << stopped.what();
+      session->fileOperations = {};
+      RunRecipe(*session, rest, ignored);
+    }
+    EXPECT_EQ(BytesIn(folder.path()), expected) << "operation " << at;
+    occurred = files.occurred();
+  }
+  EXPECT_GT(failures, 30);
 }
 
 // The first pixels of a file, by CFITSIO.

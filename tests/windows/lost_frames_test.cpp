@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <QListWidget>
+#include <QPrinter>
+#include <cerrno>
 #include <filesystem>
 
 #include "windows/part1_test.h"
@@ -93,6 +95,44 @@ TEST_F(LostFramesTest, TheWheelChangesNoListInPassing) {
   QWheelEvent turn(at, count->mapToGlobal(at), {}, {0, 120}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
   QApplication::sendEvent(count, &turn);
   EXPECT_EQ(session->arcCount, 2);
+}
+
+TEST_F(LostFramesTest, AFullDiskIsSaidOfTheFileAndLosesNothing) {
+  QWidget* const row = OpenRowPlot("30");
+  platform.setUpPrinter = [&](QPrinter& printer) {
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(QString::fromStdString(folder.File("page.pdf")));
+    return true;
+  };
+  Trigger(row, "mPrintSetup");
+  const struct {
+    QWidget* window;
+    const char *action, *file;
+  } saves[] = {{main.get(), "mSave", "star.fts"}, {main.get(), "mSaveRecipe", "old.recipe"},
+               {row, "mSavePicture", "old.png"},  {row, "mSavePicture", "old.svg"},
+               {row, "mSavePicture", "old.pdf"},  {row, "mPrint", "page.pdf"}};
+  for (const auto& save : saves)
+    if (!fs::exists(folder.File(save.file)))
+      WriteFile(folder.File(save.file), "old");
+  const auto names = FilesIn(folder.path());
+  session->fileOperations.write = [](int, const void*, size_t) {
+    errno = ENOSPC;
+    return ssize_t{-1};
+  };
+  for (const auto& save : saves) {
+    const std::string before = ReadFile(folder.File(save.file));
+    platform.fileToSave = folder.File(save.file);
+    Trigger(save.window, save.action);
+    const auto messages = platform.TakeMessages();
+    ASSERT_EQ(messages.size(), 1u) << save.file;
+    EXPECT_NE(messages[0].find("Error: Disk full."), std::string::npos) << messages[0];
+    EXPECT_NE(platform.detail.find(save.file), std::string::npos) << platform.detail;
+    EXPECT_EQ(ReadFile(folder.File(save.file)), before);
+  }
+  main->close();
+  EXPECT_EQ(platform.TakeMessages(), std::vector<std::string>{"Error: 61  Error: Disk full."});
+  EXPECT_NE(platform.detail.find("Halmek8.ini"), std::string::npos) << platform.detail;
+  EXPECT_EQ(FilesIn(folder.path()), names);
 }
 
 }  // namespace

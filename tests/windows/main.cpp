@@ -17,6 +17,9 @@ void PrintUnlessRemark(QtMsgType, const QMessageLogContext&, const QString& text
 int main(int argc, char** argv) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
     qputenv("QT_QPA_PLATFORM", "offscreen");
+  // In a locale with a decimal comma, which no number may follow.
+  qputenv("LOCPATH", HALMEK_TEST_LOCALES);
+  qputenv("LC_ALL", "de_DE.UTF-8");
   // Nothing is printed on a printer that this machine may have.
   qputenv("CUPS_SERVER", "127.0.0.1:1");
   qInstallMessageHandler(PrintUnlessRemark);

@@ -216,7 +216,7 @@ TEST_F(PrintingTest, NoPageReplacesAnotherAndFailuresAreToldByNumber) {
 }
 
 TEST_F(PrintingTest, TheDialogIsPresetAndItsSettingsReachThePrinter) {
-  Printing printing;
+  Printing printing(session->fileOperations);
   platform.setUpPrinter = [this](QPrinter& printer) {
     EXPECT_EQ(printer.outputFileName().toStdString(), folder.File("print.pdf"));
     EXPECT_EQ(printer.pageLayout().orientation(), QPageLayout::Landscape);

@@ -101,6 +101,9 @@ class RandomWalk : public WindowTest {
       main.Open();
       return &main;
     }
+    // Qt lists them in an order that changes from run to run.
+    std::sort(windows.begin(), windows.end(),
+              [](const QWidget* a, const QWidget* b) { return a->objectName() < b->objectName(); });
     return AnyOf(windows);
   }
 
@@ -331,7 +334,8 @@ TEST_F(RandomWalk, AHundredThousandEventsLeaveNoDamage) {
     platform.messages.clear();
   }
   EXPECT_GT(mostLines, 5);
-  EXPECT_TRUE(wasFitted && wasCorrected);
+  EXPECT_TRUE(wasFitted);
+  EXPECT_TRUE(wasCorrected);
   EXPECT_LE(WidgetCount(), widgets + widgets / 10);
 }
 

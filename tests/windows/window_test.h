@@ -19,6 +19,7 @@ namespace halmek::test {
 class FakePlatform : public Platform {
  public:
   std::vector<std::string> messages;                  // the texts of the boxes, in order
+  std::string detail;                                 // of the last box
   std::vector<FileQuestion> questions;                // of the file dialogs
   std::optional<std::string> fileToOpen, fileToSave;  // their answers
   // What the user does in the printer dialog, and whether it is confirmed.
@@ -26,7 +27,10 @@ class FakePlatform : public Platform {
   int busyCount = 0;  // how often the busy pointer was shown
   bool isBusy = false;
 
-  void Show(QWidget*, const Message& message) override { messages.push_back(message.text); }
+  void Show(QWidget*, const Message& message) override {
+    messages.push_back(message.text);
+    detail = message.detail;
+  }
   void SetBusy(QWidget*, bool busy) override {
     busyCount += busy;
     isBusy = busy;
