@@ -2,8 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
-#include <numeric>
 
 #include "calib/deviations.h"
 #include "calib/dispersion.h"
@@ -148,37 +146,6 @@ TEST_F(CalibrationTest, NoDeviationLeavesTheSpectrumAndAddsThreeCards) {
   EXPECT_FALSE(session->workflow.correctEnabled);
   EXPECT_EQ(RefusalOf([&] { CorrectDispersion(*session); }),
             "This file has already been dispersion corrected.");
-}
-
-TEST_F(CalibrationTest, ConstantShiftsMoveAndSplitTheFluxAndKeepTheEdges) {
-  session->arcCount = 1;
-  const struct {
-    double shift;  // in pixels, toward lower columns
-    int firstMoved, lastMoved;
-  } cases[] = {{1, 3, 998}, {0.25, 2, 999}, {-0.25, 2, 999}, {-1.75, 1, 1000}, {3.5, 5, 996}};
-  for (const auto& c : cases) {
-    SetArc(1, {c.shift * 1.25});
-    const auto before = SetObject();
-    const auto after = Corrected();
-    for (int p = 1; p <= pixels; ++p) {
-      double expected = before[static_cast<size_t>(p) - 1];
-      if (p >= c.firstMoved && p <= c.lastMoved) {
-        // The flux that lands here comes from the two pixels around p + shift.
-        const double source = p + c.shift;
-        const int lower = static_cast<int>(std::floor(source));
-        const double share = source - lower;
-        const auto at = [&](int q) { return q >= 1 && q <= pixels ? before[static_cast<size_t>(q) - 1] : 0; };
-        expected = (1 - share) * at(lower) + share * at(lower + 1);
-      }
-      // Where the shift is negative the low edge is restored up to pixel Fix(s) + 1 at most.
-      const int restoredLow = static_cast<int>(std::trunc(c.shift)) + 1;
-      const int restoredHigh = pixels - static_cast<int>(std::trunc(c.shift));
-      if (p <= restoredLow || p >= restoredHigh)
-        expected = before[static_cast<size_t>(p) - 1];
-      ASSERT_NEAR(after[static_cast<size_t>(p) - 1], expected, 1e-9)
-          << "shift " << c.shift << ", pixel " << p;
-    }
-  }
 }
 
 TEST_F(CalibrationTest, TwoArcsAreAveragedAndBothMustBeFitted) {

@@ -11,8 +11,6 @@
 #include <tuple>
 #include <vector>
 
-#include "files/file_size_limit.h"
-#include "fits/fits_reader.h"
 #include "fits/header.h"
 #include "fits/text_export.h"
 #include "reduce/background.h"
@@ -140,28 +138,6 @@ TEST_F(SaveFits, PadsHeaderAndDataWithBlanksByAWholeRecordWhereTheyAreFull) {
   }
 }
 
-TEST_F(SaveFits, CfitsioAndOurReaderFindTheSamePixelsInEveryType) {
-  for (int type : {16, 17, 32, -32}) {
-    SCOPED_TRACE(type);
-    SetFrame(s, 5, 3, [&](int c, int r) { return type == 17 ? 13000.0 * c + r : 1000 * c - 700 * r; });
-    Save(0, type);
-    const Image image = ReadByCfitsio(folder.File("out.fts"));
-    ASSERT_EQ(image.axes, (std::vector<long>{5, 3}));
-    for (const bool loaded : {false, true}) {
-      for (int i = 0; i < 15; ++i)
-        EXPECT_EQ(s.image(1 + i / 5, 1 + i % 5), image.pixels[i]) << loaded;
-      EXPECT_EQ(LoadFits2D(s, "out.fts"), Warnings{});
-      EXPECT_EQ(s.slot[0].pixelType, type);
-    }
-
-    SetSpectrum(s, 4, image.pixels);
-    Save(4, type);
-    EXPECT_EQ(ReadByCfitsio(folder.File("out.fts")).pixels, image.pixels);
-    LoadFits1D(s, 2, "out.fts");
-    EXPECT_EQ(s.slot[2].spectrum(15), image.pixels.back());
-  }
-}
-
 TEST_F(SaveFits, TheExtractedSpectrumGetsTheFramesHeaderOfOneRowHoweverOftenItIsSaved) {
   Extract();
   const Slot& slot = s.slot[3];
@@ -234,27 +210,6 @@ TEST_F(SaveFits, AFullHeaderIsRefusedBeforeAnythingChanges) {
     EXPECT_EQ(RefusalOf([&] { Save(c.slot, c.type); }), refusal);
     EXPECT_EQ(state() == before, !c.fits);
   }
-}
-
-TEST_F(SaveFits, AFullDiskLeavesTheOldFileOrNone) {
-  Extract();
-  const std::function<void()> writers[] = {[&] { Save(0, 16); }, [&] { Save(3, 16); },
-                                           [&] { SaveFrameText(s, "out.fts"); },
-                                           [&] { SaveSpectrumText(s, 3, "out.fts"); }};
-  for (const std::string old : {"", "old"}) {
-    if (!old.empty())
-      WriteFile(folder.File("out.fts"), old);
-    std::vector<std::string> messages;
-    {
-      const FileSizeLimit full(50);
-      for (const auto& write : writers)
-        messages.push_back(RefusalOf(write));
-    }
-    EXPECT_EQ(messages, std::vector<std::string>(4, "Error: 61  Error: Disk full."));
-    EXPECT_EQ(FilesIn(folder.path()).size(), old.empty() ? 0u : 1u);
-    EXPECT_EQ(Written(), old);
-  }
-  EXPECT_EQ(s.slot[0].pixelType, 16);
 }
 
 }  // namespace
