@@ -267,6 +267,16 @@ SEEDS = [
      "2: frame.fts: Error: 53  Error: File not found."),
     ("recipe_run", "crunch_without_a_fit", "load frame frame.fts\ncrunch\n",
      "2: Hey, you need to set the aperture and fit the background first!"),
+    ("recipe_run", "revert_first", REDUCTION + "revert\n", "5: Hey, there is no normalisation to revert!"),
+    ("recipe_run", "divide_first", REDUCTION + "normalize again\n", "5: Hey, there is no normalisation to repeat!"),
+    ("recipe_run", "dark_spectrum", "load frame frame.fts\naperture 1 2\nbackground 5 5 7 7 0\ncrunch\n"
+     "normalize points 2 5 10 20 30\n", "5: There is no positive pixel near column 5.  Please try again."),
+    ("recipe_run", "few_points", REDUCTION + "normalize points 5 5 10 20\n",
+     "5: Hey, for a fit of power 5 you need 6 points (and preferably more).  Please try again. "
+     "(there are 3 at different columns)"),
+    ("recipe_run", "no_name", "load frame \"\"\n", "1: FILE is empty: load frame|dao|arc1|arc2|object|table|mask FILE"),
+    ("recipe_run", "row_outside", "load frame frame.fts\nplot row 0 r.svg\nplot row 13 r.svg\n",
+     "2: r.svg: Row 0 is outside 1 to 12.  Please try again."),
     ("recipe_run", "not_understood", "load frame frame.fts\nload frame\n",
      "2: FILE is missing: load frame|dao|arc1|arc2|object|table|mask FILE"),
     ("recipe_run", "another_folder", "load table ../x\n", "The recipe leaves its folder."),
