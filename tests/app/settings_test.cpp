@@ -96,22 +96,13 @@ TEST(Settings, ReadFilesEditedByHand) {
 }
 
 TEST(Settings, AreAllDefaultsWhereTheFileIsMissingOrMalformed) {
-  const std::string overflow = "Error: 6  Error: Overflow.";
-  const std::string pastEnd = "Error: 62  Error: Input past end of file.";
-  const std::string format = "Error: 321  Error: Invalid file format.";
   const std::string defaults = WithLine(0, ""), numbered = Numbered();
-  const std::pair<std::string, std::string> cases[] = {
-      {numbered.substr(0, numbered.find("\"Help\"")), pastEnd},
-      {WithLine(30, "1,1,1748"), pastEnd},
-      {WithLine(30, "1,1,1748,140,1"), format},
-      {WithLine(9, "500,500,6000,x,\"Display_Header\""), format},
-      {WithLine(16, "32768,500,14000,6000,\"Plot_1D\""), overflow},
-      {std::string(100000, '\0'), pastEnd}};
+  const std::string texts[] = {numbered.substr(0, numbered.find("\"Help\"")),
+                               WithLine(16, "32768,500,14000,6000,\"Plot_1D\""), std::string(100000, '\0')};
   const TemporaryFolder folder;
   const std::string path = folder.File("settings.ini");
   EXPECT_FALSE(ReadSettings(path).found);
-  for (const auto& [text, error] : cases) {
-    EXPECT_EQ(RefusalOf([&, t = text] { ParseSettings(t); }), error);
+  for (const std::string& text : texts) {
     WriteFile(path, text);
     const SettingsRead read = ReadSettings(path);
     EXPECT_TRUE(!read.found && SettingsText(read.settings) == defaults) << text;

@@ -83,31 +83,6 @@ TEST_F(MaskTest, DataLinesHaveBlanksAroundEachNumber) {
   EXPECT_EQ(ReadFile(folder.File("m.dat")), std::string(maskHeader) + " 12.5  5852.488 \r\n");
 }
 
-TEST_F(MaskTest, BadMasksAreRefusedAndTheLoadedCountIsKept) {
-  ASSERT_EQ(LoadMaskText("Mask\r\n10 5000\r\n20,5010\r\n"), "");
-  ASSERT_EQ(session->mask.maskCount, 2);
-  std::string fifty = "Mask\r\n";
-  for (int k = 1; k <= 50; ++k)
-    fifty += std::to_string(k) + " 5000\r\n";
-  const struct {
-    std::string text, message;
-  } cases[] = {{"mask\r\n10 5000\r\n", "This is not a mask file for this program.  Please try again."},
-               {"SIMPLE  = T", "This is not a mask file for this program.  Please try again."},
-               {"Mask\r\n10 5000\r\n20\r\n", "Error: 321  Error: Invalid file format."},
-               {"Mask\r\n10 5000 3\r\n", "Error: 321  Error: Invalid file format."},
-               {"Mask\r\nten 5000\r\n", "Error: 321  Error: Invalid file format."},
-               {"Mask\r\n", "Error: 62  Error: Input past end of file."},
-               {"", "Error: 62  Error: Input past end of file."},
-               {fifty + "51 5000\r\n", "Error: 9  Subscript out of range."}};
-  for (const auto& c : cases) {
-    EXPECT_EQ(LoadMaskText(c.text), c.message);
-    EXPECT_EQ(session->mask.maskCount, 2);
-  }
-  EXPECT_EQ(RefusalOf([&] { LoadMask(*session, "none.dat"); }), "Error: 53  Error: File not found.");
-  EXPECT_EQ(LoadMaskText(fifty), "");
-  EXPECT_EQ(session->mask.maskCount, 50);
-}
-
 TEST_F(MaskTest, SavingNothingOrIntoNowhereKeepsTheLoadedMask) {
   ASSERT_EQ(LoadMaskText("Mask\r\n10 5000\r\n"), "");
   EXPECT_EQ(RefusalOf([&] { SaveMask(*session, 1, "n.dat"); }),

@@ -65,42 +65,9 @@ TEST(Recipe, WordsFollowTheQuotingRules) {
     EXPECT_EQ(WordsOf(c.line, variables), c.words) << c.line;
 }
 
-TEST(Recipe, AnythingThatCannotBeUnderstoodIsNamedByItsLine) {
-  const struct {
-    const char* text;
-    const char* problem;
-  } cases[] = {
-      {"crunch\n\nfry 3\n", "3: unknown command 'fry'"},
-      {"trim 1 1 10\n", "1: ROW2 is missing: trim COL1 ROW1 COL2 ROW2"},
-      {"trim 1 1 10 1x\n", "1: ROW2 must be a whole number, not '1x': trim COL1 ROW1 COL2 ROW2"},
-      {"fix-column 12.5\n", "1: COLUMN must be a whole number, not '12.5': fix-column COLUMN"},
-      {"fix-column 99999999999\n", "1: COLUMN must be a whole number, not '99999999999': fix-column COLUMN"},
-      {"crunch now\n", "1: 'now' is one word too many: crunch"},
-      {"load flat f.fts\n",
-       "1: expected frame|dao|arc1|arc2|object|table|mask, not 'flat': load "
-       "frame|dao|arc1|arc2|object|table|mask FILE"},
-      {"arcs 3\n", "1: 1|2 must be 1 to 2, not 3: arcs 1|2"},
-      {"identify arc1 nan\n",
-       "1: COLUMN must be a number, not 'nan': identify arc1|arc2 COLUMN [WAVELENGTH]"},
-      {"normalize\n",
-       "1: expected normalize auto INTERVAL POWER or normalize points POWER COLUMN... or normalize again"},
-      {"load frame \"a.fts\n", "1: a double quote is not closed"},
-      {"load frame $star\n", "1: $star has no value; give it one as in star=VALUE"},
-      {"load frame \"\"\n", "1: FILE is empty: load frame|dao|arc1|arc2|object|table|mask FILE"},
-      {"save frame 8\n", "1: '8' is no pixel type: save frame|spectrum|object [FILE] [16|17|32|-32]"},
-      {"save frame a.fts 8 16\n",
-       "1: '8' is one word too many: save frame|spectrum|object [FILE] [16|17|32|-32]"},
-      {"load frame ${star\n",
-       "1: a dollar sign needs a name behind it, as in $star or ${star}; write $$ for the sign"},
-  };
-  for (const auto& c : cases)
-    EXPECT_EQ(Misunderstanding(c.text), c.problem);
-  EXPECT_EQ(Misunderstanding("load frame \"a\x1b[2J\""), "1: the line holds a character that no text has");
+TEST(Recipe, AValueMayNotHoldWhatNoTextHas) {
   EXPECT_EQ(Misunderstanding("load frame $f", {{"f", "a\ncrunch"}}),
             "1: the line holds a character that no text has");
-  EXPECT_EQ(Misunderstanding("\xEF\xBB\xBF"
-                             "crunch\r\n\r\n# end"),
-            "");
 }
 
 TEST(Recipe, StepsReadBackFromTheirTextToTheLastBit) {
