@@ -3,10 +3,12 @@
 
 #include <dirent.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <filesystem>
 #include <memory>
+#include <utility>
 
 #include "files/failure.h"
 
@@ -24,6 +26,9 @@ auto Uninterrupted(const Call& call) {
     result = call();
   return result;
 }
+
+// What of a mode says who may do what; not what a program needs to run as somebody else.
+constexpr mode_t permissions = 0777;
 
 // Where a file is to be put, with all links followed, and what is there.
 struct Target {
@@ -66,7 +71,7 @@ Target TargetOf(const std::string& path, const FileOperations& system) {
   target.isDevice = S_ISCHR(status.st_mode);
   target.owner = status.st_uid;
   target.group = status.st_gid;
-  target.mode = status.st_mode & 07777;
+  target.mode = status.st_mode & permissions;
   if (S_ISDIR(status.st_mode))
     throw RunTimeError(run_time_error::pathAccess, "it is a folder");
   if (!S_ISREG(status.st_mode) && !target.isDevice)
@@ -82,26 +87,32 @@ fs::path FolderOf(const Target& target) {
   return folder.empty() ? fs::path(".") : folder;
 }
 
+// Hidden names are ".NAME.halmek-PID-N.tmp".
 constexpr std::string_view hiddenEnd = ".tmp";
 
-// What the hidden names of a target begin with. It is cut so that the rest fits where the target's own name
-// is as long as the system allows.
+// What they begin with. The name is cut so that the rest fits where it is as long as the system allows.
 std::string HiddenStart(const Target& target) {
-  return "." + fs::path(target.path).filename().string().substr(0, 200) + ".";
+  return "." + fs::path(target.path).filename().string().substr(0, 200) + ".halmek-";
 }
 
-// A hidden name beside the target that no other write of this or another process uses.
+// One beside the target that no other write of this process uses, nor of another one on this machine.
 std::string HiddenName(const Target& target) {
   static std::atomic<unsigned> count{0};
-  const std::string name = HiddenStart(target) + std::to_string(getpid()) + "-" + std::to_string(++count);
-  return (FolderOf(target) / (name + std::string(hiddenEnd))).string();
+  const std::string numbers = std::to_string(getpid()) + "-" + std::to_string(++count);
+  return (FolderOf(target) / (HiddenStart(target) + numbers + std::string(hiddenEnd))).string();
+}
+
+bool IsNumber(std::string_view text) {
+  return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
 // `start` is what the hidden names of the target begin with.
 bool IsHiddenName(std::string_view name, std::string_view start) {
-  return name.size() > start.size() + hiddenEnd.size() && name.starts_with(start) &&
-         name.ends_with(hiddenEnd) &&
-         name.find_first_not_of("0123456789-", start.size()) == name.size() - hiddenEnd.size();
+  if (name.size() < start.size() + hiddenEnd.size() || !name.starts_with(start) || !name.ends_with(hiddenEnd))
+    return false;
+  const std::string_view numbers = name.substr(start.size(), name.size() - start.size() - hiddenEnd.size());
+  const size_t dash = std::min(numbers.find('-'), numbers.size() - 1);
+  return IsNumber(numbers.substr(0, dash)) && IsNumber(numbers.substr(dash + 1));
 }
 
 // Removes what killed programs left of earlier writes of this file. Whoever still writes one holds its lock.
@@ -114,7 +125,8 @@ void RemoveLeftovers(const Target& target, const FileOperations& system) {
     if (!IsHiddenName(entry->d_name, start))
       continue;
     const std::string path = (folder / entry->d_name).string();
-    const int file = system.open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW, 0);
+    // For writing, since network file systems lock nothing else.
+    const int file = system.open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW, 0);
     if (file < 0)
       continue;
     if (system.flock(file, LOCK_EX | LOCK_NB) == 0)
@@ -139,12 +151,23 @@ class OutputFile {
   void OpenDevice() { Require(Open(target_.path, O_NONBLOCK)); }
 
   // Says whether the file system knows files without a name.
-  bool OpenNameless() { return Open(FolderOf(target_).string(), O_TMPFILE); }
+  bool OpenNameless() {
+    if (!Open(FolderOf(target_).string(), O_TMPFILE))
+      return false;
+    Lock();
+    return true;
+  }
 
   void OpenHidden() {
-    const std::string name = HiddenName(target_);
-    Require(Open(name, O_CREAT | O_EXCL));
-    hiddenName_ = name;
+    constexpr int mostNames = 100;
+    for (int i = 1; hiddenName_.empty(); ++i) {
+      // Another machine may use the same name on a common disk.
+      const std::string name = HiddenName(target_);
+      const bool isOpen = Open(name, O_CREAT | O_EXCL);
+      Require(isOpen || (errno == EEXIST && i < mostNames));
+      if (isOpen)
+        KeepIfNotRemoved(name);
+    }
   }
 
   void Write(std::string_view bytes) {
@@ -157,11 +180,15 @@ class OutputFile {
     }
   }
 
-  // Lets the same people read and write the file as the one that it replaces. Its owner or group may be one
-  // that only root can give.
+  // Lets the same people read and write the file as the one that it replaces, as far as the system lets us
+  // give it away: only root may give it to another owner, and others to a group of theirs.
   void TakeOverPermissions() {
-    Uninterrupted([&] { return system_.fchown(file_, target_.owner, target_.group); });
-    Require(Uninterrupted([&] { return system_.fchmod(file_, target_.mode); }) == 0);
+    constexpr uid_t sameOwner = static_cast<uid_t>(-1);
+    if (Uninterrupted([&] { return system_.fchown(file_, target_.owner, target_.group); }) != 0)
+      Uninterrupted([&] { return system_.fchown(file_, sameOwner, target_.group); });
+    // Some file systems have one mode for all files and refuse any change.
+    if ((Status().st_mode & permissions) != target_.mode)
+      Require(Uninterrupted([&] { return system_.fchmod(file_, target_.mode); }) == 0);
   }
 
   // File systems that cannot flush say EINVAL.
@@ -169,11 +196,11 @@ class OutputFile {
     Require(Uninterrupted([&] { return system_.fsync(file_); }) == 0 || errno == EINVAL);
   }
 
-  // Some file systems report a full disk only here. The system has closed the file whatever it says.
-  void Close() {
-    const bool closed = system_.close(file_) == 0 || errno == EINTR;
-    file_ = -1;
-    Require(closed);
+  // Some file systems report a full disk only when a file is closed, be it a copy. Ours stays open for its
+  // lock, until it has its place.
+  void CloseCopy() {
+    const int copy = Uninterrupted([&] { return system_.dup(file_); });
+    Require(copy >= 0 && (system_.close(copy) == 0 || errno == EINTR));
   }
 
   // Puts a nameless file in the target's place. Says whether the system can give names to such files.
@@ -200,10 +227,26 @@ class OutputFile {
     constexpr mode_t readAndWrite = 0666;
     file_ =
         Uninterrupted([&] { return system_.open(path.c_str(), flags | O_WRONLY | O_CLOEXEC, readAndWrite); });
-    // Where files cannot be locked, nobody finds this one unlocked either.
-    if (file_ >= 0)
-      system_.flock(file_, LOCK_EX | LOCK_NB);
     return file_ >= 0;
+  }
+
+  // Keeps the file from being taken for a leftover. Where files cannot be locked, nobody takes them for one.
+  void Lock() { system_.flock(file_, LOCK_EX | LOCK_NB); }
+
+  // It may have been taken for one before it was locked.
+  void KeepIfNotRemoved(const std::string& name) {
+    hiddenName_ = name;
+    Lock();
+    if (Status().st_nlink > 0)
+      return;
+    system_.close(std::exchange(file_, -1));
+    hiddenName_.clear();
+  }
+
+  struct stat Status() const {
+    struct stat status {};
+    Require(Uninterrupted([&] { return system_.fstat(file_, &status); }) == 0);
+    return status;
   }
 
   bool Link(const std::string& name) {
@@ -226,7 +269,7 @@ void WriteDevice(const Target& target, std::string_view bytes, const FileOperati
   OutputFile device(target, system);
   device.OpenDevice();
   device.Write(bytes);
-  device.Close();
+  device.CloseCopy();
 }
 
 enum class NewFile { nameless, hidden };
@@ -244,7 +287,7 @@ bool WriteBeside(const Target& target, std::string_view bytes, NewFile kind, con
   file.Flush();
   if (kind == NewFile::nameless)
     return file.NameAndReplace();
-  file.Close();
+  file.CloseCopy();
   file.Replace();
   return true;
 }

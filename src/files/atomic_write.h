@@ -9,13 +9,14 @@
 namespace halmek {
 
 // Puts `bytes` into the file `path`. They are written to a new file, flushed to the disk, and only then given
-// its name: a full disk, a crash or a kill at any moment leaves either the old file or the new one, and a
-// failure leaves nothing else. A link is followed; the mode of an existing file is kept; a device is written
-// directly.
+// its name: a full disk, a crash or a kill at any moment leaves either the old file or the new one. A link is
+// followed; the mode of an existing file is kept, and its owner and group where the system lets us give it
+// away; another name of the same file (a hard link) keeps the old content; a device is written directly. The
+// folder is not flushed: after a power cut in the next seconds the old file may be back.
 //
 // The new file has no name while it is written, where the file system knows such files, and otherwise the
-// hidden name ".NAME.PID-N.tmp" beside its target. What a killed program left under such a name is removed by
-// the next write of the same file.
+// hidden name ".NAME.halmek-PID-N.tmp" beside its target. It is removed after a failure; where a killed
+// program, or a disk that does nothing any more, left it, the next write of the same file removes it.
 //
 // Throws RunTimeError 61 (disk full), 70 (permission denied), 76 (no such folder) or another.
 void AtomicWrite(const std::string& path, std::string_view bytes, const FileOperations& system = {});

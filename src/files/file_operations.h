@@ -11,8 +11,9 @@
 
 namespace halmek {
 
-// The calls by which files are written, each as the system's own of that name: a failure is -1, with its
-// cause in `errno`. Tests put others in their place, to be a disk that fills or a program that is killed.
+// The calls by which files are written, each as the system's own of that name but for one: a failure is -1,
+// with its cause in `errno`. Tests put others in their place, to be a disk that fills or a program that is
+// killed.
 struct FileOperations {
   std::function<ssize_t(const char* path, char* text, size_t size)> readlink = ::readlink;
   std::function<int(const char* path, struct stat* status)> stat = ::stat;
@@ -20,10 +21,13 @@ struct FileOperations {
   std::function<int(const char* path, int flags, mode_t mode)> open =
       [](const char* path, int flags, mode_t mode) { return ::open(path, flags, mode); };
   std::function<int(int file, int how)> flock = ::flock;
+  std::function<int(int file, struct stat* status)> fstat = ::fstat;
   std::function<int(int file, uid_t owner, gid_t group)> fchown = ::fchown;
   std::function<int(int file, mode_t mode)> fchmod = ::fchmod;
   std::function<ssize_t(int file, const void* bytes, size_t size)> write = ::write;
   std::function<int(int file)> fsync = ::fsync;
+  std::function<int(int file)> dup = ::dup;
+  // Gives a name to an open file, which has the path that /proc has for it: linkat, following that link.
   std::function<int(const char* path, const char* name)> linkOpenFile = [](const char* path,
                                                                            const char* name) {
     return ::linkat(AT_FDCWD, path, AT_FDCWD, name, AT_SYMLINK_FOLLOW);

@@ -26,14 +26,6 @@ struct Content {
 
 class RandomFrames : public testing::TestWithParam<int> {
  protected:
-  // Writers flush every file: the thousands of this test go into memory where the system has a place for
-  // that.
-  static void SetUpTestSuite() {
-    if (access("/dev/shm", W_OK) == 0)
-      setenv("TMPDIR", "/dev/shm", 1);
-  }
-  static void TearDownTestSuite() { unsetenv("TMPDIR"); }
-
   int Below(int end) { return static_cast<int>(random() % static_cast<unsigned>(end)); }
   double Uniform() { return std::ldexp(static_cast<double>(random()), -32); }
   int MostlySmall(int largest) { return 1 + static_cast<int>(largest * std::pow(Uniform(), 6)); }

@@ -26,13 +26,9 @@ bool AreFinite(std::span<const double> values) {
   return std::ranges::all_of(values, [](double v) { return std::isfinite(v); });
 }
 
-// The one folder of the run, in memory where the system has such folders, so that flushing costs nothing.
+// The one folder of the run.
 const std::string& RunFolder() {
-  static const TemporaryFolder folder = [] {
-    if (std::filesystem::is_directory("/dev/shm"))
-      setenv("TMPDIR", "/dev/shm", 0);
-    return TemporaryFolder();
-  }();
+  static const TemporaryFolder folder;
   static const std::string path = folder.path();
   return path;
 }
@@ -50,7 +46,9 @@ Session& FullSession() {
   Session& s = *session;
   s.writtenFiles.clear();
   s.wavelengthTable.wlCount = s.mask.maskCount = 2;
-  s.mask.MaskColumn(1) = s.image(1, 1) = s.slot[slots::object].spectrum(1) = marker;
+  s.mask.MaskColumn(1) = marker;
+  std::ranges::fill(s.image.Row(1, 1, lastPixel), marker);
+  std::ranges::fill(s.slot[slots::object].spectrum.Range(1, lastPixel), marker);
   return s;
 }
 
@@ -151,7 +149,7 @@ std::string ReadMask(Session& s, const std::string&) {
   arc.LineCount = count;
   std::ranges::copy(columns, arc.ArcLineColumn.Range(1, count).begin());
   std::ranges::copy(wavelengths, arc.ArcLineWavelength.Range(1, count).begin());
-  SaveMask(s, slots::arc1, saved);
+  Require(RefusalOf([&] { SaveMask(s, slots::arc1, saved); }).empty(), "a loaded mask cannot be saved");
   return ReadFile(FullName(s, saved));
 }
 
@@ -172,8 +170,13 @@ std::string ReadSlot(Session& s, const std::string&) {
   return ReadFits(s, slot, isDao);
 }
 
-bool KeepsFrame(Session& s, const std::string&) { return s.image(1, 1) == marker; }
-bool KeepsObject(Session& s, const std::string&) { return s.slot[slots::object].spectrum(1) == marker; }
+bool IsMarked(std::span<const double> pixels) {
+  return std::ranges::all_of(pixels, [](double v) { return v == marker; });
+}
+bool KeepsFrame(Session& s, const std::string&) { return IsMarked(s.image.Row(1, 1, lastPixel)); }
+bool KeepsObject(Session& s, const std::string&) {
+  return IsMarked(s.slot[slots::object].spectrum.Range(1, lastPixel));
+}
 bool EmptiesTable(Session& s, const std::string&) { return s.wavelengthTable.wlCount == 0; }
 // Entries before a bad line have replaced others.
 bool KeepsMask(Session& s, const std::string& refusal) {

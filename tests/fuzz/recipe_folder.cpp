@@ -57,6 +57,8 @@ Files TakeWritten(const Session& s, const Files& own) {
     if (const auto file = own.find(path); file != own.end())
       WriteFile(path, file->second);
   }
+  Require(FilesIn(fs::path(own.begin()->first).parent_path().string()).size() == own.size() + 1,
+          "a save has left something beside its file");
   return written;
 }
 

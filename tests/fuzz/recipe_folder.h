@@ -9,8 +9,9 @@ namespace halmek::test {
 void Require(bool holds, const char* what);
 
 // Runs a recipe and puts the folder back as it was. Throws RecipeStopped for the first line that is refused,
-// after the others. The journal must give the same files and the same session, unless a load or a save was
-// refused, which leaves traces that it does not tell; that is tried for one recipe in four.
+// after the others. The journal must give the same files, and a session that saves and exports the same,
+// unless a load or a save was refused, which leaves traces that it does not tell; that is tried for one
+// recipe in four.
 void RunInPreparedFolder(const std::string& folder, const std::string& recipe);
 
 }  // namespace halmek::test

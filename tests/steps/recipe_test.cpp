@@ -10,6 +10,7 @@
 #include <clocale>
 #include <cstdlib>
 #include <filesystem>
+#include <iterator>
 #include <locale>
 #include <map>
 #include <set>
@@ -197,6 +198,8 @@ TEST(Recipe, GoesOnAfterASaveThatFailedAsIfItHadNotFailed) {
       const std::string named = FileOf(rest[0].step), file = named.empty() ? "star_1D" : named;
       EXPECT_TRUE(std::string(stopped.what()).starts_with(file)) << stopped.what();
       EXPECT_TRUE(std::string(stopped.what()).ends_with(": Error: 61  Error: Disk full.")) << stopped.what();
+      for (const auto& [name, bytes] : BytesIn(folder.path()))
+        EXPECT_TRUE(expected.contains(name) && expected.at(name) == bytes) << name;
       session->fileOperations = {};
       RunRecipe(*session, rest, ignored);
     }

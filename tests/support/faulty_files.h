@@ -1,6 +1,8 @@
 // File operations that fail, or end the process.
 #pragma once
 
+#include <string_view>
+
 #include "files/file_operations.h"
 
 namespace halmek::test {
@@ -31,14 +33,17 @@ class FaultyFiles {
   int calls() const { return calls_; }
   bool occurred() const { return calls_ >= fault_.at; }
 
+  // The name of the operation that failed first; empty where none has.
+  std::string_view faulty() const { return faulty_; }
+
  private:
   template <typename Result, typename... Args>
-  void Watch(std::function<Result(Args...)>& operation, const char* name);
-  bool IsAtFault(const char* name);
+  void Watch(std::function<Result(Args...)>& operation, std::string_view name);
+  bool IsAtFault(std::string_view name);
 
   Fault fault_;
   int calls_ = 0;
-  const char* faulty_ = nullptr;  // the operation that failed first
+  std::string_view faulty_;
 };
 
 }  // namespace halmek::test

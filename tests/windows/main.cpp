@@ -2,7 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <clocale>
 #include <cstdio>
+#include <filesystem>
 
 namespace {
 
@@ -24,6 +26,11 @@ int main(int argc, char** argv) {
   qputenv("CUPS_SERVER", "127.0.0.1:1");
   qInstallMessageHandler(PrintUnlessRemark);
   const QApplication application(argc, argv);
+  if (std::filesystem::exists(HALMEK_TEST_LOCALES "/de_DE.UTF-8") &&
+      *std::localeconv()->decimal_point != ',') {
+    std::fprintf(stderr, "The locale with a decimal comma is not in force.\n");
+    return 1;
+  }
   testing::InitGoogleTest(&argc, argv);
   return RUN_ALL_TESTS();
 }
