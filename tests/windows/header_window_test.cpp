@@ -67,15 +67,16 @@ TEST_F(HeaderTest, ShowsAPageOfTheCardsAndShrinksAroundFew) {
     EXPECT_EQ(Seen(), c.end) << c.cards;
   }
   EXPECT_EQ(Header()->windowTitle(), "Display Fits Hdr - 2D Spectrum");
+  Hold(0, 0);
+  OpenHeader(0);
+  EXPECT_FALSE(Bar()->isVisible());
+  EXPECT_NEAR(HeightInTwips(), 560, TwipsOf(1));
+  EXPECT_TRUE(Cards()->toPlainText().isEmpty() && !Cards()->placeholderText().isEmpty());
 }
 
 TEST_F(HeaderTest, ShowsNoBarWhereAllCardsFitWhateverTheSizeOfTexts) {
-  const QFont usual = QApplication::font();
   for (const int textPixels : {13, 14, 16}) {
-    QFont font = usual;
-    font.setPointSizeF(QFontInfo(usual).pointSizeF() * textPixels / QFontInfo(usual).pixelSize());
-    QApplication::setFont(font);
-    main.reset();
+    const LargerText text(1.0 * textPixels / QFontInfo(QApplication::font()).pixelSize());
     Start();
     for (const int cards : {10, 19, 20, 24, 27, 33}) {
       Hold(0, cards);
@@ -83,16 +84,6 @@ TEST_F(HeaderTest, ShowsNoBarWhereAllCardsFitWhateverTheSizeOfTexts) {
       EXPECT_FALSE(Bar()->isVisible()) << cards << " at " << textPixels;
     }
   }
-  QApplication::setFont(usual);
-}
-
-TEST_F(HeaderTest, AHeaderWithoutCardsIsSaidToHaveNone) {
-  Hold(2, 0);
-  OpenHeader(2);
-  EXPECT_FALSE(Bar()->isVisible());
-  EXPECT_NEAR(HeightInTwips(), 560, TwipsOf(1));
-  EXPECT_TRUE(Cards()->toPlainText().isEmpty());
-  EXPECT_FALSE(Cards()->placeholderText().isEmpty());
 }
 
 TEST_F(HeaderTest, IsLaidOutAgainWhereverItIsScrolled) {
@@ -122,24 +113,19 @@ TEST_F(HeaderTest, WheelAndKeysScroll) {
   Hold(0, 200);
   OpenHeader(0);
   const int start = Bar()->value();
-  QWheelEvent turn({10, 10}, Cards()->mapToGlobal(QPointF(10, 10)), {}, {0, -240}, Qt::NoButton, {},
-                   Qt::NoScrollPhase, false);
-  QApplication::sendEvent(Cards()->viewport(), &turn);
+  SendWheel(Cards()->viewport(), -2);
   EXPECT_EQ(Bar()->value(), start + 6);
-  const struct {
-    Qt::Key key;
-    int value;
-  } keys[] = {{Qt::Key_Home, start},
-              {Qt::Key_Down, start + 1},
-              {Qt::Key_PageDown, start + 43},
-              {Qt::Key_PageUp, start + 1},
-              {Qt::Key_Up, start},
-              {Qt::Key_Up, start},
-              {Qt::Key_End, Bar()->maximum()},
-              {Qt::Key_Down, Bar()->maximum()}};
-  for (const auto& k : keys) {
-    QTest::keyClick(Cards(), k.key);
-    EXPECT_EQ(Bar()->value(), k.value) << k.key;
+  const std::pair<Qt::Key, int> keys[] = {{Qt::Key_Home, start},
+                                          {Qt::Key_Down, start + 1},
+                                          {Qt::Key_PageDown, start + 43},
+                                          {Qt::Key_PageUp, start + 1},
+                                          {Qt::Key_Up, start},
+                                          {Qt::Key_Up, start},
+                                          {Qt::Key_End, Bar()->maximum()},
+                                          {Qt::Key_Down, Bar()->maximum()}};
+  for (const auto& [key, value] : keys) {
+    QTest::keyClick(Cards(), key);
+    EXPECT_EQ(Bar()->value(), value) << key;
   }
 }
 

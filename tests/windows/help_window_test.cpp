@@ -23,53 +23,46 @@ class HelpTest : public Part2Test {
   }
 
   // Every paragraph has the room that its text needs, below the one before and within the page.
-  void ExpectReadable(const QString& what) {
+  void ExpectReadable() {
     const auto* const area = Find<QScrollArea>(Help(), "area");
     int end = Find<QLabel>(Help(), "Label0")->geometry().bottom();
     for (const QLabel* label : Paragraphs()) {
-      EXPECT_GE(label->height(), label->heightForWidth(label->width())) << what.toStdString();
-      EXPECT_GE(label->y(), end) << what.toStdString() << ": " << label->text().toStdString();
-      EXPECT_LT(label->geometry().right(), area->viewport()->width()) << what.toStdString();
+      EXPECT_GE(label->height(), label->heightForWidth(label->width()));
+      EXPECT_GE(label->y(), end) << label->text().toStdString();
+      EXPECT_LT(label->geometry().right(), area->viewport()->width());
       end = label->geometry().bottom();
     }
-    EXPECT_LE(end, area->widget()->height()) << what.toStdString();
+    EXPECT_LE(end, area->widget()->height());
     const bool scrolls = area->verticalScrollBar()->maximum() > 0;
-    EXPECT_EQ(scrolls, area->widget()->height() > Help()->height()) << what.toStdString();
+    EXPECT_EQ(scrolls, area->widget()->height() > Help()->height());
   }
 };
 
 TEST_F(HelpTest, EveryPageStandsInTheSameWindowAtEveryWidth) {
-  const struct {
-    const char* item;
-    HelpTopic topic;
-  } pages[] = {{"mHelpMenuFile", HelpTopic::fileMenu},
-               {"mPartIHelp", HelpTopic::part1},
-               {"mPartIIHelp", HelpTopic::part2},
-               {"mIntro", HelpTopic::introduction}};
-  const QFont usual = QApplication::font();
+  const std::pair<const char*, HelpTopic> pages[] = {{"mHelpMenuFile", HelpTopic::fileMenu},
+                                                     {"mPartIHelp", HelpTopic::part1},
+                                                     {"mPartIIHelp", HelpTopic::part2},
+                                                     {"mIntro", HelpTopic::introduction}};
   for (const double larger : {1.0, 1.5}) {
-    QFont font = usual;
-    font.setPointSizeF(QFontInfo(usual).pointSizeF() * larger);
-    QApplication::setFont(font);
-    main.reset();
+    const LargerText text(larger);
     Start();
-    for (const auto& p : pages) {
-      Trigger(main.get(), p.item);
-      const HelpPage page = PageAbout(p.topic);
+    for (const auto& [item, topic] : pages) {
+      Trigger(main.get(), item);
+      const HelpPage page = PageAbout(topic);
       EXPECT_EQ(Help()->windowTitle(), "Help");
       EXPECT_EQ(LabelText(Help(), "Label0"), page.title);
       Texts shown;
       for (const QLabel* label : Paragraphs())
         shown.push_back(label->text().toStdString());
-      EXPECT_EQ(shown, page.paragraphs) << p.item;
+      EXPECT_EQ(shown, page.paragraphs) << item;
       for (const int width : {600, 240, 1, 1500, 700}) {
+        SCOPED_TRACE(std::string(item) + " at " + std::to_string(width) + ", text " + std::to_string(larger));
         Help()->resize(width, 100);
-        ExpectReadable(QString("%1 at %2, text %3").arg(p.item).arg(width).arg(larger));
+        ExpectReadable();
       }
     }
     platform.TakeMessages();
   }
-  QApplication::setFont(usual);
 }
 
 TEST_F(HelpTest, TheArcsOpenTheirPage) {

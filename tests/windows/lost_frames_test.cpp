@@ -41,8 +41,7 @@ TEST_F(LostFramesTest, AFailedLoadLendsItsNameToNothing) {
 
 TEST_F(LostFramesTest, ASpectrumIsNamedAfterItsFrame) {
   FitSlice();
-  Press("Command5");
-  Press("Command6");
+  Press("Command5", "Command6");
   Press(Window("frmPlot_Continuum"), "Command6");
   Load("other.fts");
   Press("Command9");
@@ -90,10 +89,7 @@ TEST_F(LostFramesTest, HalfAnApertureIsNotExtracted) {
 }
 
 TEST_F(LostFramesTest, TheWheelChangesNoListInPassing) {
-  auto* const count = Find<QComboBox>(main.get(), "Combo1");
-  const QPointF at(5, 5);
-  QWheelEvent turn(at, count->mapToGlobal(at), {}, {0, 120}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
-  QApplication::sendEvent(count, &turn);
+  SendWheel(Find<QComboBox>(main.get(), "Combo1"), 1);
   EXPECT_EQ(session->arcCount, 2);
 }
 
@@ -130,7 +126,7 @@ TEST_F(LostFramesTest, AFullDiskIsSaidOfTheFileAndLosesNothing) {
     EXPECT_EQ(ReadFile(folder.File(save.file)), before);
   }
   main->close();
-  EXPECT_EQ(platform.TakeMessages(), std::vector<std::string>{"Error: 61  Error: Disk full."});
+  EXPECT_EQ(platform.TakeMessages(), Texts{"Error: 61  Error: Disk full."});
   EXPECT_NE(platform.detail.find("Halmek8.ini"), std::string::npos) << platform.detail;
   EXPECT_EQ(FilesIn(folder.path()), names);
 }

@@ -3,15 +3,13 @@
 
 #include <QAction>
 #include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QScrollBar>
+#include <array>
 #include <cmath>
+#include <span>
 #include <sstream>
 
 #include "app/main_window.h"
-#include "fits/fits_writer.h"
 #include "platform/plot_surface.h"
 #include "platform/twips.h"
 #include "steps/start_up.h"
@@ -19,7 +17,6 @@
 
 namespace halmek::test {
 
-using Texts = std::vector<std::string>;
 using Range = std::pair<int, int>;
 using PixelValue = std::function<double(int column, int row)>;
 
@@ -29,56 +26,35 @@ inline double Star(int column, int row) {
   return std::round(400 + row + (5000 + 20 * column) * std::exp(-distance * distance / 8));
 }
 
+inline std::vector<double> Values(std::span<const double> values) { return {values.begin(), values.end()}; }
+inline std::string Bytes(std::span<const double> values) {
+  return {reinterpret_cast<const char*>(values.data()), values.size_bytes()};
+}
+
 // What a refusal must leave as it was: everything but the journal. Cards and pixels stand in it as a hash.
 inline std::string StateOf(const Session& s) {
   std::string bulk;
-  const auto add = [&](std::span<const double> values) {
-    bulk.append(reinterpret_cast<const char*>(values.data()), values.size_bytes());
-  };
   std::ostringstream out;
   for (const Slot& slot : s.slot) {
     out << slot.fileName << ' ' << slot.naxis1 << ' ' << slot.naxis2 << ' ' << slot.cardCount << '\n';
     for (int card = 1; card <= slot.cardCount; ++card)
       bulk += slot.card(card);
-    add(slot.spectrum.Range(1, lastPixel));
+    bulk += Bytes(slot.spectrum.Range(1, lastPixel));
   }
   for (int row = 1; row <= Rows(s); ++row)
-    add(s.image.Row(row, 1, Columns(s)));
+    bulk += Bytes(s.image.Row(row, 1, Columns(s)));
   const RowPlot& row = s.rowPlot;
   const Slice& slice = s.slice;
   const Continuum& c = s.continuum;
   const Workflow& w = s.workflow;
-  for (int number : {int{s.badColumn},
-                     int{s.trimCol1},
-                     int{s.trimRow1},
-                     int{s.trimCol2},
-                     int{s.trimRow2},
-                     int{s.startRow},
-                     int{s.manualFit},
-                     int{s.frameTrimmed},
-                     int{row.zapSelected},
-                     row.zapFirst,
-                     row.zapLast,
-                     row.undoRow,
-                     slice.apertureState,
-                     slice.backgroundClicks,
-                     slice.apertureFirstRow,
-                     slice.apertureLastRow,
-                     slice.background1FirstRow,
-                     slice.background1LastRow,
-                     slice.background2FirstRow,
-                     slice.background2LastRow,
-                     int{s.background.backgroundFitted},
-                     s.background.backgroundPower,
-                     c.continuumPointCount,
-                     int{c.continuumFitDone},
-                     c.continuumPower,
-                     int{c.normalized},
-                     int{w.trimEnabled},
-                     int{w.fixColumnEnabled},
-                     int{w.crunchEnabled},
-                     int{w.normalizeEnabled}})
-    out << number << ' ';
+  const auto note = [&](auto... numbers) { ((out << numbers << ' '), ...); };
+  note(s.badColumn, s.trimCol1, s.trimRow1, s.trimCol2, s.trimRow2, s.startRow, s.manualFit, s.frameTrimmed);
+  note(row.zapSelected, row.zapFirst, row.zapLast, row.undoRow);
+  note(slice.apertureState, slice.apertureFirstRow, slice.apertureLastRow, slice.backgroundClicks,
+       slice.background1FirstRow, slice.background1LastRow, slice.background2FirstRow,
+       slice.background2LastRow, s.background.backgroundFitted, s.background.backgroundPower);
+  note(c.continuumPointCount, c.continuumFitDone, c.continuumPower, c.normalized);
+  note(w.trimEnabled, w.fixColumnEnabled, w.crunchEnabled, w.normalizeEnabled);
   out << std::hash<std::string>()(bulk) << w.title << w.sliceStatus << w.crunchStatus << w.continuumStatus;
   return out.str();
 }
@@ -94,26 +70,15 @@ class Part1Test : public WindowTest {
     session->plotRow = session->plotColumn = session->plotContinuum = {300, 300, 11000, 6000};
   }
 
+  // For the first time, or again.
   void Start() {
+    main.reset();
     for (const std::string& message : StartUp(*session, folder.path()))
       desk.Tell(nullptr, message);
     main = std::make_unique<MainWindow>(desk);
     main->Open();
   }
 
-  // Files to load, of 32-bit reals.
-  void WriteFrame(const std::string& name, int columns, int rows, const PixelValue& value) {
-    const auto made = SessionIn(folder.path());
-    SetFrame(*made, columns, rows, value);
-    made->slot[slots::frame].savePixelType = -32;
-    SaveFits2D(*made, name);
-  }
-  void WriteSpectrum(const std::string& name) {
-    const auto made = SessionIn(folder.path());
-    SetSpectrum(*made, slots::object, std::vector<double>(50, 300));
-    made->slot[slots::object].savePixelType = -32;
-    SaveFits1D(*made, slots::object, name);
-  }
   void Load(const std::string& name, const std::string& what = "frame") {
     desk.Do(main.get(), steps::Load{what, name});
   }
@@ -123,28 +88,23 @@ class Part1Test : public WindowTest {
     ASSERT_EQ(platform.TakeMessages(), Texts{});
   }
 
-  // A window that the main window has opened; a null pointer where it has not.
-  static QWidget* Window(const char* name) {
-    for (QWidget* window : QApplication::topLevelWidgets())
-      if (window->objectName() == name)
-        return window;
-    return nullptr;
+  using WindowTest::Press, WindowTest::Type;
+  template <class... Names>
+  void Press(const char* name, Names... more) {
+    Press(main.get(), name, more...);
   }
-  static bool IsOpen(const char* name) { return Window(name) != nullptr && Window(name)->isVisible(); }
-
-  static void Press(QWidget* window, const char* button) {
-    QTest::mouseClick(Find<QPushButton>(window, button), Qt::LeftButton);
-  }
-  void Press(const char* button) { Press(main.get(), button); }
   static void Trigger(QWidget* window, const char* item) { Find<QAction>(window, item)->trigger(); }
 
-  static void Type(QWidget* window, const char* box, const QString& text) {
-    auto* const edit = Find<QLineEdit>(window, box);
-    edit->selectAll();
-    QTest::keyClick(edit, Qt::Key_Delete);
-    QTest::keyClicks(edit, text);
-  }
   void Type(const char* box, const QString& text) { Type(main.get(), box, text); }
+
+  // Step 3.
+  void Snip(const char* col1, const char* row1, const char* col2, const char* row2) {
+    Type("Text1", col1);
+    Type("Text2", row1);
+    Type("Text3", col2);
+    Type("Text4", row2);
+    Press("Command1");
+  }
 
   // Chooses an entry with the arrow keys.
   static void Choose(QWidget* window, const char* box, int index) {
@@ -153,18 +113,47 @@ class Part1Test : public WindowTest {
       QTest::keyClick(combo, combo->currentIndex() < index ? Qt::Key_Down : Qt::Key_Up);
   }
 
-  // Which of these buttons of the main window, "Command" and a number, can be pressed.
-  std::string Enabled(std::initializer_list<int> numbers) {
+  // The numbers of the main window's buttons that can be pressed, of those that are not always enabled.
+  std::string Enabled() {
     std::string enabled;
-    for (int number : numbers)
-      if (Find<QPushButton>(main.get(), ("Command" + std::to_string(number)).c_str())->isEnabled())
+    for (int number : {1, 2, 3, 4, 5, 6, 7, 9, 10, 13, 14, 15})
+      if (Find<QAbstractButton>(main.get(), ("Command" + std::to_string(number)).c_str())->isEnabled())
         enabled += (enabled.empty() ? "" : " ") + std::to_string(number);
     return enabled;
   }
-
-  static std::string LabelText(QWidget* window, const char* name) {
-    return Find<QLabel>(window, name)->text().toStdString();
+  // A letter for each of these labels: D where it says that its step is done, - where it is empty, . where
+  // its window is not open.
+  static std::string Done(QWidget* window, std::initializer_list<const char*> labels) {
+    std::string letters;
+    for (const char* label : labels) {
+      const std::string text = window && window->isVisible() ? LabelText(window, label) : ".";
+      letters += text == "DONE!" ? 'D' : text.empty() ? '-' : text == "." ? '.' : '?';
+    }
+    return letters;
   }
+
+  // What happens, and after it: the buttons enabled, what is done by `status`, what was told. Where something
+  // was told, `state` must be what it was.
+  struct Event {
+    const char* what;
+    std::function<void()> event;
+    const char *enabled, *status;
+    const char* message = nullptr;
+  };
+  void Follow(
+      const std::vector<Event>& events, const std::function<std::string()>& status,
+      const std::function<std::string()>& state = [] { return std::string(); }) {
+    for (const Event& e : events) {
+      const std::string before = state();
+      e.event();
+      EXPECT_EQ(Enabled(), e.enabled) << e.what;
+      EXPECT_EQ(status(), e.status) << e.what;
+      EXPECT_EQ(platform.TakeMessages(), Told(e.message)) << e.what;
+      EXPECT_FALSE(platform.isBusy) << e.what;
+      EXPECT_TRUE(!e.message || state() == before) << e.what;
+    }
+  }
+
   std::string BoxText(const char* name) { return Find<QLineEdit>(main.get(), name)->text().toStdString(); }
 
   static PlotSurface& SurfaceOf(QWidget* window) {
@@ -201,13 +190,12 @@ class Part1Test : public WindowTest {
     return marks;
   }
 
-  // Turns the wheel by one notch; positive is away from the user.
+  static ScrollBar StateOfBar(QWidget* window, const char* name) {
+    const auto* const bar = Find<QScrollBar>(window, name);
+    return {bar->minimum(), bar->maximum(), bar->value(), bar->singleStep(), bar->pageStep()};
+  }
   static void Wheel(QWidget* window, int notches, Qt::KeyboardModifiers modifiers = {}) {
-    PlotSurface& surface = SurfaceOf(window);
-    const QPointF at(surface.rect().center());
-    QWheelEvent event(at, surface.mapToGlobal(at), {}, {0, 120 * notches}, Qt::NoButton, modifiers,
-                      Qt::NoScrollPhase, false);
-    QApplication::sendEvent(&surface, &event);
+    SendWheel(&SurfaceOf(window), notches, modifiers);
   }
 
   // Step 4, on a row.
@@ -224,10 +212,10 @@ class Part1Test : public WindowTest {
   }
   void ClickRow(Qt::MouseButton button, int row) {
     // A quarter into the row's step, where both buttons name this row.
-    ClickAt(Window("frmPlot_Column"), session->slice.colFrame, button,
-            ScreenX(session->slice.colFrame, row - 0.75));
+    const PlotFrame& f = session->slice.colFrame;
+    ClickAt(Window("frmPlot_Column"), f, button, ScreenX(f, row - 0.75));
   }
-  void MarkRows(std::initializer_list<int> aperture, std::initializer_list<int> background) {
+  void MarkRows(const std::vector<int>& aperture, const std::vector<int>& background) {
     for (int row : aperture)
       ClickRow(Qt::LeftButton, row);
     for (int row : background)
@@ -236,15 +224,13 @@ class Part1Test : public WindowTest {
   void FitSlice() {
     QWidget* const slice = OpenSlice();
     MarkRows({26, 34}, {5, 15, 45, 55});
-    Press(slice, "Command2");
-    Press(slice, "Command4");
+    Press(slice, "Command2", "Command4");
   }
 
   // Steps 5 to 7, up to the window of the continuum.
   QWidget* OpenContinuum() {
     FitSlice();
-    Press("Command5");
-    Press("Command6");
+    Press("Command5", "Command6");
     return Window("frmPlot_Continuum");
   }
 };

@@ -1,9 +1,6 @@
 // The main window with arcs to load, and the windows in which they are calibrated.
 #pragma once
 
-#include <array>
-#include <span>
-
 #include "calib/synthetic_arc.h"
 #include "windows/part1_test.h"
 
@@ -17,15 +14,12 @@ inline std::string StateOfArc(const Session& s, int a) {
   const Arc& arc = s.arc[a];
   const Workflow::ArcStatus& w = s.workflow.arc[a];
   std::string bulk;
-  const auto add = [&](std::span<const double> values) {
-    bulk.append(reinterpret_cast<const char*>(values.data()), values.size_bytes());
-  };
   for (const auto* table : {&s.slot[a].spectrum, &arc.PixelCentroid, &arc.PixelCentroidError,
                             &arc.PixelWavelength, &arc.ArcLineColumn, &arc.ArcLineWavelength, &arc.Deviation})
-    add(table->Range(1, table->last()));
+    bulk += Bytes(table->Range(1, table->last()));
   for (const Polynomial& fit : arc.DeviationCoef)
-    add(fit.a);
-  add(std::array{arc.linIntercept, arc.linSlope, arc.linRms});
+    bulk += Bytes(fit.a);
+  bulk += Bytes(std::array{arc.linIntercept, arc.linSlope, arc.linRms});
   std::ostringstream out;
   out << std::hash<std::string>()(bulk) << s.slot[a].fileName << w.fitStatus << w.maskName << w.maskStatus
       << w.deviationStatus << w.fitWindowStatus << w.plotEnabled << arc.fitDone << arc.maskApplied << ' '
@@ -44,10 +38,7 @@ class Part2Test : public Part1Test {
 
   // A spectrum of these values, written and loaded.
   void LoadValues(const std::string& what, const std::vector<double>& values) {
-    const auto made = SessionIn(folder.path());
-    SetSpectrum(*made, slots::object, values);
-    made->slot[slots::object].savePixelType = -32;
-    SaveFits1D(*made, slots::object, what + ".fts");
+    WriteSpectrum(what + ".fts", values);
     Load(what + ".fts", what);
   }
   // An arc of 1000 pixels with lines at these columns, and its plot.
@@ -63,7 +54,6 @@ class Part2Test : public Part1Test {
   static QWidget* Deviations(int a) { return Window(a == 1 ? "frmPlot_WL_Diff1" : "frmPlot_WL_Diff2"); }
   static QWidget* Line() { return Window("frmClickMax"); }
   static bool IsLineOpen() { return IsOpen("frmClickMax"); }
-  static Texts Told(const char* message) { return message ? Texts{message} : Texts{}; }
 
   // A press at a position in twips, to a fraction of a pixel.
   static void PressAt(QWidget* window, Qt::MouseButton button, double x, double y) {
@@ -90,6 +80,15 @@ class Part2Test : public Part1Test {
     for (double c = 100 * from; c <= 100 * to; c += 100)
       Identify(a, static_cast<int>(c), 5000 + 0.6 * c + 2e-5 * c * c - 1e-8 * c * c * c);
   }
+  // Fits by that power in the window of the deviations, which is opened first.
+  void Fit(int a, int power = 4) {
+    Press(ArcPlot(a), "Command1");
+    FitAgain(a, power);
+  }
+  void FitAgain(int a, int power) {
+    Choose(Deviations(a), "Combo1", power - 2);
+    Press(Deviations(a), "Command1");
+  }
   void Delete(int a, int column) {
     ClickColumn(a, column);
     Press(Line(), "Command2");
@@ -105,9 +104,9 @@ class Part2Test : public Part1Test {
   }
 
   std::vector<double> Columns(int a) const {
-    std::vector<double> columns;
-    for (double column : session->arc[a].ArcLineColumn.Range(1, session->arc[a].LineCount))
-      columns.push_back(std::round(column));
+    std::vector<double> columns = Values(session->arc[a].ArcLineColumn.Range(1, session->arc[a].LineCount));
+    for (double& column : columns)
+      column = std::round(column);
     return columns;
   }
   // How many lines are marked at the top of an arc's plot.

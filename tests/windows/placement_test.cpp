@@ -40,6 +40,10 @@ TEST(InSight, MovesAndShrinksWindowsThatCannotBeReached) {
 class PlacementTest : public Part1Test {
  protected:
   PlacementTest() { LoadFrame(120, 60); }
+  static void Resize(QWidget* window, const QSize& size) {
+    window->resize(size);
+    QApplication::processEvents();
+  }
 };
 
 TEST_F(PlacementTest, WhatWasNotMovedKeepsItsPlaceToTheTwip) {
@@ -77,8 +81,7 @@ TEST_F(PlacementTest, ThePlotFollowsItsWindowAndItsPlaceIsKept) {
     p.open();
     QWidget* const window = Window(p.window);
     for (const QSize size : {QSize(600, 380), QSize(760, 500)}) {
-      window->resize(size);
-      QApplication::processEvents();
+      Resize(window, size);
       const QSize outer = window->frameGeometry().size();
       EXPECT_EQ(p.frame.plotRight, static_cast<int>(TwipsOf(outer.width())) - 415) << p.window;
       EXPECT_EQ(p.frame.plotWidth, p.frame.plotRight - 800 + p.extraWidth) << p.window;
@@ -115,29 +118,25 @@ TEST_F(PlacementTest, AResizeDoesNothingWhileAPlotIsDrawn) {
   const int right = frame.plotRight;
   const std::array<int, 4> placement = Numbers(session->plotColumn);
   frame.plotBusy = true;
-  window->resize(500, 350);
-  QApplication::processEvents();
+  Resize(window, {500, 350});
   EXPECT_EQ(frame.plotRight, right);
   EXPECT_EQ(Numbers(session->plotColumn), placement);
   frame.plotBusy = false;
-  window->resize(510, 350);
-  QApplication::processEvents();
+  Resize(window, {510, 350});
   EXPECT_LT(frame.plotRight, right);
 }
 
 TEST_F(PlacementTest, WindowsOfAnySizeAreDrawnAndTheirPlacesFitTheSettingsFile) {
   QWidget* const window = OpenSlice();
   for (const QSize size : {QSize(100, 100), QSize(1, 1), QSize(3000, 2600), QSize(400, 4000)}) {
-    window->resize(size);
-    QApplication::processEvents();
+    Resize(window, size);
     SurfaceOf(window).grab();
-    EXPECT_EQ(session->slice.colFrame.plotRight,
-              static_cast<int>(TwipsOf(window->frameGeometry().width())) - 415);
+    const double width = TwipsOf(window->frameGeometry().width());
+    const double height = TwipsOf(window->frameGeometry().height());
+    EXPECT_EQ(session->slice.colFrame.plotRight, static_cast<int>(width) - 415);
     const std::array<int, 4> kept = Numbers(session->plotColumn);
-    EXPECT_EQ(kept[2],
-              std::min(32767, static_cast<int>(std::lround(TwipsOf(window->frameGeometry().width())))));
-    EXPECT_EQ(kept[3],
-              std::min(32767, static_cast<int>(std::lround(TwipsOf(window->frameGeometry().height())))));
+    EXPECT_EQ(kept[2], std::min(32767L, std::lround(width)));
+    EXPECT_EQ(kept[3], std::min(32767L, std::lround(height)));
   }
   EXPECT_EQ(platform.messages, Texts{});
 }

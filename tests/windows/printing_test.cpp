@@ -20,7 +20,7 @@ class PrintingTest : public Part2Test {
   // All seven plot windows, with what each of them prints by.
   struct Printed {
     QWidget* window;
-    const char *setup, *print;
+    const char *setup = "mPrintSetup", *print = "mPrint";
   };
   std::vector<Printed> OpenAll() {
     LoadFrame(200, 60);
@@ -32,10 +32,8 @@ class PrintingTest : public Part2Test {
       IdentifyLines(a, 1, 6);
       Press(ArcPlot(a), "Command1");
     }
-    return {{row, "mPrintSetup", "mPrint"},          {Window("frmPlot_Column"), "mPrintSetup", "mPrint"},
-            {continuum, "mPrintSetup", "mPrint"},    {ArcPlot(1), "nPrintSetup", "nPrint"},
-            {ArcPlot(2), "m2Printsetup", "mPrint"},  {Deviations(1), "mPrintSetup", "mPrint"},
-            {Deviations(2), "mPrintSetup", "mPrint"}};
+    const Printed arc1{ArcPlot(1), "nPrintSetup", "nPrint"}, arc2{ArcPlot(2), "m2Printsetup"};
+    return {{row}, {Window("frmPlot_Column")}, {continuum}, arc1, arc2, {Deviations(1)}, {Deviations(2)}};
   }
 
   // Answers the printer dialog by a PDF file.
@@ -47,6 +45,13 @@ class PrintingTest : public Part2Test {
       printer.setCopyCount(copies);
       return true;
     };
+  }
+
+  // What is told of a page that is printed after the printer was set up.
+  Texts PrintFrom(const Printed& p) {
+    Trigger(p.window, p.setup);
+    Trigger(p.window, p.print);
+    return platform.TakeMessages();
   }
 
   static int Count(const std::string& text, const std::string& what) {
@@ -85,9 +90,7 @@ TEST_F(PrintingTest, EveryPlotPrintsItsCopiesInEitherOrientationAsVectors) {
     for (const Printed& p : OpenAll()) {
       const std::string name = "page" + std::to_string(++number) + ".pdf";
       ChooseFile(name, orientation, 2);
-      Trigger(p.window, p.setup);
-      Trigger(p.window, p.print);
-      EXPECT_EQ(platform.TakeMessages(), Texts{"The page is in the file " + name + "."});
+      EXPECT_EQ(PrintFrom(p), Texts{"The page is in the file " + name + "."});
       const std::string pdf = ReadFile(folder.File(name));
       EXPECT_TRUE(pdf.starts_with("%PDF")) << name;
       EXPECT_EQ(Count(pdf, "/Type /Page\\b(?!s)"), 2) << name;
@@ -196,21 +199,13 @@ TEST_F(PrintingTest, NoPageReplacesAnotherAndFailuresAreToldByNumber) {
     printer.setPageOrientation(QPageLayout::Landscape);
     return false;
   };
-  Trigger(row, "mPrintSetup");
-  Trigger(row, "mPrint");
-  EXPECT_EQ(platform.TakeMessages(), Texts{"The page is in the file a-5.pdf."});
+  EXPECT_EQ(PrintFrom({row}), Texts{"The page is in the file a-5.pdf."});
   const auto [width, height] = PageSize(ReadFile(folder.File("a-5.pdf")));
   EXPECT_LT(width, height);
 
-  const struct {
-    std::string file;
-    const char* message;
-  } failures[] = {{"gone/a.pdf", "76 Error: Path not found."}, {"a.pdf/b.pdf", "76 Error: Path not found."}};
-  for (const auto& f : failures) {
-    ChooseFile(f.file, QPageLayout::Portrait, 1);
-    Trigger(row, "mPrintSetup");
-    Trigger(row, "mPrint");
-    EXPECT_EQ(platform.TakeMessages(), Texts{f.message}) << f.file;
+  for (const char* file : {"gone/a.pdf", "a.pdf/b.pdf"}) {
+    ChooseFile(file, QPageLayout::Portrait, 1);
+    EXPECT_EQ(PrintFrom({row}), Texts{"76 Error: Path not found."}) << file;
   }
   EXPECT_TRUE(row->isVisible());
 }

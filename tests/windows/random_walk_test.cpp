@@ -1,17 +1,14 @@
 // An observer at 3 a.m.: every button of every window, in every order.
 #include <QAction>
 #include <QComboBox>
-#include <QLineEdit>
 #include <QListWidget>
 #include <QMainWindow>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
-#include <QWheelEvent>
 #include <random>
 
 #include "app/main_window.h"
-#include "fits/fits_writer.h"
 #include "platform/twips.h"
 #include "window_test.h"
 
@@ -58,22 +55,11 @@ class RandomWalk : public WindowTest {
     main.Open();
   }
 
-  void WriteFrame(const std::string& name, int columns, int rows,
-                  const std::function<double(int, int)>& value) {
-    const auto s = SessionIn(folder.path());
-    SetFrame(*s, columns, rows, value);
-    s->slot[slots::frame].savePixelType = -32;
-    SaveFits2D(*s, name);
-  }
-
   void WriteArc(const std::string& name, int pixels, const std::function<double(int)>& value) {
-    const auto s = SessionIn(folder.path());
     std::vector<double> values;
     for (int p = 1; p <= pixels; ++p)
       values.push_back(value(p));
-    SetSpectrum(*s, slots::object, values);
-    s->slot[slots::object].savePixelType = -32;
-    SaveFits1D(*s, slots::object, name);
+    WriteSpectrum(name, values);
   }
 
   int Any(int n) { return std::uniform_int_distribution<int>(0, n - 1)(random); }
@@ -107,14 +93,10 @@ class RandomWalk : public WindowTest {
     return AnyOf(windows);
   }
 
-  void PressButton(QWidget* window) {
-    if (auto* const button = AnyShown<QPushButton>(window))
+  template <class Button>
+  void PressAny(QWidget* window) {
+    if (auto* const button = AnyShown<Button>(window))
       button->click();
-  }
-
-  void PressRadio(QWidget* window) {
-    if (auto* const radio = AnyShown<QRadioButton>(window))
-      radio->click();
   }
 
   void ChooseFromCombo(QWidget* window) {
@@ -149,25 +131,19 @@ class RandomWalk : public WindowTest {
     if (surface == nullptr)
       return;
     const QPoint at(Any(surface->width() + 20) - 10, Any(surface->height() + 20) - 10);
-    switch (Any(4)) {
-      case 0:
-        QTest::mouseClick(surface, Qt::RightButton, {}, at);
-        break;
-      case 1:
-        QTest::mouseMove(surface, at);
-        break;
-      default:
-        QTest::mouseClick(surface, Qt::LeftButton, {}, at);
-    }
+    const int what = Any(4);
+    if (what == 1)
+      QTest::mouseMove(surface, at);
+    else
+      QTest::mouseClick(surface, what == 0 ? Qt::RightButton : Qt::LeftButton, {}, at);
   }
 
   void TurnWheel(QWidget* window) {
     auto* const surface = window->findChild<QWidget*>("surface");
     if (surface == nullptr)
       return;
-    QWheelEvent event({10, 10}, surface->mapToGlobal(QPointF(10, 10)), {}, {0, 120 * (Any(7) - 3)}, {},
-                      Any(2) == 0 ? Qt::ShiftModifier : Qt::NoModifier, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(surface, &event);
+    const int notches = Any(7) - 3;
+    SendWheel(surface, notches, Any(2) == 0 ? Qt::ShiftModifier : Qt::NoModifier);
   }
 
   void ChooseFromMenu(QWidget* window) {
@@ -181,7 +157,7 @@ class RandomWalk : public WindowTest {
     window->resize(sizes[Any(static_cast<int>(sizes.size()))]);
   }
 
-  void LoadAny() {
+  void LoadAny(QWidget*) {
     static const std::vector<std::string> files{"plain.fts", "plain.fts",  "large.fts", "dot.fts",
                                                 "row.fts",   "column.fts", "zero.fts",  "constant.fts",
                                                 "wild.fts",  "junk.fts",   "none.fts"};
@@ -191,98 +167,64 @@ class RandomWalk : public WindowTest {
     const auto any = [this](const std::vector<std::string>& names) {
       return names[static_cast<size_t>(Any(static_cast<int>(names.size())))];
     };
-    switch (Any(6)) {
-      case 0:
-      case 1:
-        return main.actions().LoadFrameFrom(any(files));
-      case 2:
-        desk.Do(&main, steps::Load{"object", any(spectra)});
-        return;
-      case 3:
-        desk.Do(&main, Any(2) == 0 ? steps::Load{"table", "table.txt"} : steps::Load{"mask", "lines.txt"});
-        return;
-      case 4:
-        desk.Do(&main, steps::Load{"arc2", any(spectra)});
-        return;
-      default:
-        desk.Do(&main, steps::Load{"arc1", any(spectra)});
-    }
+    const int what = Any(6);
+    if (what < 2)
+      main.actions().LoadFrameFrom(any(files));
+    else if (what == 3)
+      desk.Do(&main, Any(2) == 0 ? steps::Load{"table", "table.txt"} : steps::Load{"mask", "lines.txt"});
+    else
+      desk.Do(&main, steps::Load{what == 2 ? "object" : what == 4 ? "arc2" : "arc1", any(spectra)});
   }
 
   // Clicks at a line of an arc, which blind clicks seldom meet.
-  void ClickArc() {
+  void ClickArc(QWidget*) {
     const int a = 1 + Any(2);
-    QWidget* window = nullptr;
-    for (QWidget* shown : QApplication::topLevelWidgets())
-      if (shown->isVisible() && shown->objectName() == (a == 1 ? "frmPlot_Arc1" : "frmPlot_Arc2"))
-        window = shown;
-    if (window == nullptr || Pixels(session->slot[a]) == 0)
+    const char* const name = a == 1 ? "frmPlot_Arc1" : "frmPlot_Arc2";
+    if (!IsOpen(name) || Pixels(session->slot[a]) == 0)
       return main.actions().PlotArc(a);
     const PlotFrame& f = session->arc[a].plotFrame;
     const double x = ScreenX(f, 1 + Any(Pixels(session->slot[a])));
-    QTest::mouseClick(window->findChild<QWidget*>("surface"), Qt::LeftButton, {},
+    QTest::mouseClick(Window(name)->findChild<QWidget*>("surface"), Qt::LeftButton, {},
                       QPoint(PixelsOf(x), PixelsOf((f.plotTop + f.plotBottom) / 2.0)));
   }
 
+  void Close(QWidget* window) {
+    if (Any(10) == 0)
+      window->close();
+  }
+
+  void UseKeys(QWidget* window) {
+    if (window->objectName() == "frmClickMax")
+      QTest::keyClick(window->findChild<QLineEdit*>(), Any(3) == 0 ? Qt::Key_Down : Qt::Key_Return);
+  }
+
   void Step() {
+    static constexpr struct {
+      int weight;
+      void (RandomWalk::*act)(QWidget* window);
+    } actions[] = {{1, &RandomWalk::LoadAny},         {1, &RandomWalk::Resize},
+                   {1, &RandomWalk::ChooseFromMenu},  {1, &RandomWalk::PressAny<QRadioButton>},
+                   {1, &RandomWalk::ChooseFromCombo}, {1, &RandomWalk::Type},
+                   {1, &RandomWalk::TurnWheel},       {2, &RandomWalk::Scroll},
+                   {1, &RandomWalk::ChooseFile},      {1, &RandomWalk::Close},
+                   {4, &RandomWalk::UseMouse},        {3, &RandomWalk::ClickArc},
+                   {1, &RandomWalk::UseKeys},         {5, &RandomWalk::PressAny<QPushButton>}};
     QWidget* const window = AnyWindow();
-    switch (Any(24)) {
-      case 0:
-        return LoadAny();
-      case 1:
-        return Resize(window);
-      case 2:
-        return ChooseFromMenu(window);
-      case 3:
-        return PressRadio(window);
-      case 4:
-        return ChooseFromCombo(window);
-      case 5:
-        return Type(window);
-      case 6:
-        return TurnWheel(window);
-      case 7:
-      case 8:
-        return Scroll(window);
-      case 9:
-        return ChooseFile(window);
-      case 10:
-        if (Any(10) == 0)
-          window->close();
-        return;
-      case 11:
-      case 12:
-      case 13:
-      case 14:
-        return UseMouse(window);
-      case 15:
-      case 16:
-      case 17:
-        return ClickArc();
-      case 18:
-        if (window->objectName() == "frmClickMax")
-          QTest::keyClick(window->findChild<QLineEdit*>(), Any(3) == 0 ? Qt::Key_Down : Qt::Key_Return);
-        return;
-      default:
-        return PressButton(window);
-    }
+    int chosen = Any(24);
+    for (const auto& a : actions)
+      if ((chosen -= a.weight) < 0)
+        return (this->*a.act)(window);
   }
 
   // What a window shows lies within the frame.
   void ExpectSound(int event) {
     const Session& s = *session;
-    const auto isShown = [](const char* name) {
-      for (const QWidget* window : QApplication::topLevelWidgets())
-        if (window->objectName() == name && window->isVisible())
-          return true;
-      return false;
-    };
-    if (isShown("frmPlot_Row")) {
+    if (IsOpen("frmPlot_Row")) {
       const PlotFrame& f = s.rowPlot.rowFrame;
       ASSERT_TRUE(f.firstColumn >= 1 && f.firstColumn <= f.lastColumn && f.lastColumn <= Columns(s)) << event;
       ASSERT_TRUE(s.rowPlot.plotRow >= 1 && s.rowPlot.plotRow <= Rows(s)) << event;
     }
-    if (isShown("frmPlot_Column")) {
+    if (IsOpen("frmPlot_Column")) {
       ASSERT_TRUE(s.slice.sliceColumn >= 1 && s.slice.sliceColumn <= Columns(s)) << event;
     }
     ASSERT_FALSE(platform.isBusy) << event;

@@ -4,21 +4,31 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QWheelEvent>
 #include <QtTest/QTest>
 #include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "fits/fits_writer.h"
 #include "platform/desk.h"
 #include "support/test_session.h"
 
 namespace halmek::test {
 
+using Texts = std::vector<std::string>;
+
+// The boxes that stand for a message; none for a null pointer.
+inline Texts Told(const char* message) { return message ? Texts{message} : Texts{}; }
+
 class FakePlatform : public Platform {
  public:
-  std::vector<std::string> messages;                  // the texts of the boxes, in order
+  Texts messages;                                     // the texts of the boxes, in order
   std::string detail;                                 // of the last box
   std::vector<FileQuestion> questions;                // of the file dialogs
   std::optional<std::string> fileToOpen, fileToSave;  // their answers
@@ -46,16 +56,7 @@ class FakePlatform : public Platform {
   bool SetUpPrinter(QWidget*, QPrinter& printer) override { return setUpPrinter && setUpPrinter(printer); }
 
   // The messages since the last call.
-  std::vector<std::string> TakeMessages() { return std::exchange(messages, {}); }
-};
-
-// A session in an empty folder, and a desk on it.
-class WindowTest : public testing::Test {
- protected:
-  TemporaryFolder folder;
-  std::unique_ptr<Session> session = SessionIn(folder.path());
-  FakePlatform platform;
-  Desk desk{*session, platform};
+  Texts TakeMessages() { return std::exchange(messages, {}); }
 };
 
 // The control of that name in a window; fails the test where there is none.
@@ -65,5 +66,78 @@ Control* Find(QWidget* window, const char* name) {
   EXPECT_NE(control, nullptr) << name;
   return control;
 }
+
+// A window that has been opened before; a null pointer where there is none.
+inline QWidget* Window(const char* name) {
+  for (QWidget* window : QApplication::topLevelWidgets())
+    if (window->objectName() == name)
+      return window;
+  return nullptr;
+}
+inline bool IsOpen(const char* name) { return Window(name) != nullptr && Window(name)->isVisible(); }
+
+// Turns the wheel over a widget; positive is away from the user.
+inline void SendWheel(QWidget* widget, int notches, Qt::KeyboardModifiers modifiers = {}) {
+  const QPointF at(widget->rect().center());
+  QWheelEvent event(at, widget->mapToGlobal(at), {}, {0, 120 * notches}, Qt::NoButton, modifiers,
+                    Qt::NoScrollPhase, false);
+  QApplication::sendEvent(widget, &event);
+}
+
+// Texts of all windows that are larger by this factor, as long as it lives.
+class LargerText {
+ public:
+  explicit LargerText(double factor) {
+    QFont font = usual_;
+    font.setPointSizeF(QFontInfo(usual_).pointSizeF() * factor);
+    QApplication::setFont(font);
+  }
+  ~LargerText() { QApplication::setFont(usual_); }
+  Q_DISABLE_COPY(LargerText)
+
+ private:
+  const QFont usual_ = QApplication::font();
+};
+
+// A session in an empty folder, and a desk on it.
+class WindowTest : public testing::Test {
+ protected:
+  TemporaryFolder folder;
+  std::unique_ptr<Session> session = SessionIn(folder.path());
+  FakePlatform platform;
+  Desk desk{*session, platform};
+
+  // Files to load, of 32-bit reals.
+  void WriteFrame(const std::string& name, int columns, int rows,
+                  const std::function<double(int column, int row)>& value) {
+    const auto made = SessionIn(folder.path());
+    SetFrame(*made, columns, rows, value);
+    made->slot[slots::frame].savePixelType = -32;
+    SaveFits2D(*made, name);
+  }
+  void WriteSpectrum(const std::string& name, const std::vector<double>& values) {
+    const auto made = SessionIn(folder.path());
+    SetSpectrum(*made, slots::object, values);
+    made->slot[slots::object].savePixelType = -32;
+    SaveFits1D(*made, slots::object, name);
+  }
+
+  // Presses these buttons, one after the other. Not in the middle: an option button ends with its caption.
+  template <class... Names>
+  static void Press(QWidget* window, const char* name, Names... more) {
+    auto* const button = Find<QAbstractButton>(window, name);
+    QTest::mouseClick(button, Qt::LeftButton, {}, {10, button->height() / 2});
+    (Press(window, more), ...);
+  }
+  static void Type(QWidget* window, const char* box, const QString& text) {
+    auto* const edit = Find<QLineEdit>(window, box);
+    edit->selectAll();
+    QTest::keyClick(edit, Qt::Key_Delete);
+    QTest::keyClicks(edit, text);
+  }
+  static std::string LabelText(QWidget* window, const char* name) {
+    return Find<QLabel>(window, name)->text().toStdString();
+  }
+};
 
 }  // namespace halmek::test
