@@ -46,7 +46,7 @@ Session& FullSession() {
   Session& s = *session;
   s.writtenFiles.clear();
   s.wavelengthTable.wlCount = s.mask.maskCount = 2;
-  s.mask.MaskColumn(1) = marker;
+  s.wavelengthTable.WLValue(1) = s.mask.MaskColumn(1) = marker;
   std::ranges::fill(s.image.Row(1, 1, lastPixel), marker);
   std::ranges::fill(s.slot[slots::object].spectrum.Range(1, lastPixel), marker);
   return s;
@@ -173,6 +173,10 @@ std::string ReadSlot(Session& s, const std::string&) {
 bool IsMarked(std::span<const double> pixels) {
   return std::ranges::all_of(pixels, [](double v) { return v == marker; });
 }
+bool AreTablesMarked(Session& s) {
+  return s.wavelengthTable.wlCount == 2 && s.wavelengthTable.WLValue(1) == marker && s.mask.maskCount == 2 &&
+         s.mask.MaskColumn(1) == marker;
+}
 bool KeepsFrame(Session& s, const std::string&) { return IsMarked(s.image.Row(1, 1, lastPixel)); }
 bool KeepsObject(Session& s, const std::string&) {
   return IsMarked(s.slot[slots::object].spectrum.Range(1, lastPixel));
@@ -231,6 +235,7 @@ std::string Feed(const Reader& reader, const std::string& bytes) {
     Require(read(written) == written, "what was read changes when it is written and read again");
     Require(PixelsOf(s, slot) == pixels, "pixels change on the way through a file");
   }
+  Require(!reader.isFits() || AreTablesMarked(s), "the table or the mask has changed");
   Require(!readsFile || ContentBut(s, reader.target) == others[reader.target], "other slots have changed");
   return outcome;
 }
