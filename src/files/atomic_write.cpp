@@ -119,7 +119,7 @@ bool IsHiddenName(std::string_view name, std::string_view start) {
 void RemoveLeftovers(const Target& target, const FileOperations& system) {
   const std::string start = HiddenStart(target);
   const fs::path folder = FolderOf(target);
-  // Not the library's iterator, which makes a path of every name: a night has thousands of files.
+  // Not the library's iterator, which makes a path of every name.
   const std::unique_ptr<DIR, int (*)(DIR*)> names(opendir(folder.c_str()), closedir);
   while (const dirent* const entry = names ? readdir(names.get()) : nullptr) {
     if (!IsHiddenName(entry->d_name, start))
@@ -298,9 +298,15 @@ void AtomicWrite(const std::string& path, std::string_view bytes, const FileOper
   const Target target = TargetOf(path, system);
   if (target.isDevice)
     return WriteDevice(target, bytes, system);
-  RemoveLeftovers(target, system);
-  if (!WriteBeside(target, bytes, NewFile::nameless, system))
-    WriteBeside(target, bytes, NewFile::hidden, system);
+  // A new file that gets its name when it is whole leaves nothing, so that its folder need not be searched: a
+  // night has thousands of files.
+  if (target.exists)
+    RemoveLeftovers(target, system);
+  if (WriteBeside(target, bytes, NewFile::nameless, system))
+    return;
+  if (!target.exists)
+    RemoveLeftovers(target, system);
+  WriteBeside(target, bytes, NewFile::hidden, system);
 }
 
 }  // namespace halmek
