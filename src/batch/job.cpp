@@ -10,10 +10,14 @@
 namespace halmek::batch {
 namespace {
 
-void Perform(const Job& job, Session& session, const JobOutput& output, JobResult& result) {
+void Perform(const Job& job, Session& session, Recorder& recorder, const JobOutput& output,
+             JobResult& result) {
   session.dataFolder = std::filesystem::current_path().string();
   RunRecipe(session, job.lines, [&](const RecipeLine& step, const Outcome& outcome) {
-    output.line(Printable(std::to_string(step.number) + " " + TextOf(step.step) + ": " + outcome.found));
+    recorder.After(session, step.step);
+    result.found.push_back(
+        Printable(std::to_string(step.number) + " " + TextOf(step.step) + ": " + outcome.found));
+    output.line(result.found.back());
     for (const std::string& warning : outcome.warnings) {
       result.warnings.push_back(Located(job.recipeName, step.number, warning));
       output.warning(result.warnings.back());
@@ -45,9 +49,10 @@ Job JobOf(const std::string& recipeName, const std::string& text, const Variable
 JobResult Run(const Job& job, const JobOutput& output) {
   JobResult result;
   std::unique_ptr<Session> session;
+  Recorder recorder(result.record, job.drawsFigures);
   try {
     session = std::make_unique<Session>();
-    Perform(job, *session, output, result);
+    Perform(job, *session, recorder, output, result);
   } catch (const RecipeStopped& stopped) {
     result.failure = Located(job.recipeName, stopped.line(), stopped.what());
   } catch (const std::bad_alloc&) {
@@ -57,6 +62,7 @@ JobResult Run(const Job& job, const JobOutput& output) {
     result.failure = Located(job.recipeName, 0, error.what());
   }
   if (session) {
+    recorder.AtEnd(*session);
     result.writtenFiles = session->writtenFiles;
     result.journal = JournalText(*session);
   }

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "batch/record.h"
 #include "steps/recipe.h"
 
 namespace halmek::batch {
@@ -13,6 +14,7 @@ namespace halmek::batch {
 struct Job {
   std::string recipeName;
   std::vector<RecipeLine> lines;
+  bool drawsFigures = false;  // for a report
 };
 
 // What a run has to say when it is over.
@@ -20,15 +22,17 @@ struct JobResult {
   bool succeeded = false;
   std::string failure;                // "RECIPE:LINE: text"; empty where it succeeded
   std::vector<std::string> warnings;  // "RECIPE:LINE: text" each
+  std::vector<std::string> found;     // what each step says: its line of output
   std::vector<std::string> writtenFiles;
   std::string journal;
+  Record record;
 };
 
 // Understands the recipe `text` with those values. Throws RecipeStopped where a line cannot be understood.
 Job JobOf(const std::string& recipeName, const std::string& text, const Variables& variables);
 
-// What a run tells while it goes on: each step's line of output and, as they come, the warnings. Both are fit
-// to be printed.
+// Who listens to a run while it goes on: to each step's line of output and, as they come, the warnings. Both
+// are fit to be printed.
 struct JobOutput {
   std::function<void(const std::string&)> line, warning;
 };

@@ -7,10 +7,12 @@
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "batch/job.h"
 #include "batch/many.h"
+#include "batch/report.h"
 #include "files/atomic_write.h"
 #include "files/input_file.h"
 #include "files/process.h"
@@ -25,8 +27,8 @@ constexpr int statusNotUnderstood = 2;  // nothing was run
 struct Options {
   std::string recipe;
   std::vector<std::string> assignments;
-  std::vector<std::string> forFiles;  // the variable, then the files
-  std::string journal;
+  std::vector<std::string> forValues;  // the variable, then its values
+  std::string journal, report;
   int jobs = 1;
 };
 
@@ -43,13 +45,17 @@ std::string LanguageNotes() {
 void Describe(CLI::App& app, Options& options) {
   app.add_option("recipe", options.recipe, "the recipe")->required()->type_name("RECIPE");
   app.add_option("values", options.assignments, "values of the recipe's variables")->type_name("NAME=VALUE");
-  app.add_option("--for", options.forFiles, "run once for each FILE, with $NAME set to it; stands last")
-      ->type_name("NAME FILE...")
+  app.add_option("--for", options.forValues,
+                 "run once for each VALUE, a file for example, with $NAME set to it; stands last")
+      ->type_name("NAME VALUE...")
       ->expected(2, 1 << 20);
   app.add_option("--jobs", options.jobs, "how many runs at once, with --for")
       ->type_name("N")
       ->check(CLI::Range(1, 256))
       ->needs("--for");
+  app.add_option("--report", options.report,
+                 "write an HTML page with the plots of each run, its numbers and warnings")
+      ->type_name("FILE");
   app.add_option("--journal", options.journal, "write the steps performed as a recipe; not with --for")
       ->type_name("FILE");
   app.set_version_flag("--version", "halmek-batch " HALMEK_VERSION);
@@ -72,8 +78,10 @@ Variables VariablesOf(const std::vector<std::string>& assignments) {
   return variables;
 }
 
-// A journal that cannot be written is better known before the run than after it.
+// A file that cannot be written is better known before the run than after it.
 void RequireFolderOf(const std::string& file) {
+  if (file.empty())
+    return;
   const std::filesystem::path path = std::filesystem::absolute(file);
   if (std::filesystem::is_character_file(path))
     return;
@@ -81,20 +89,27 @@ void RequireFolderOf(const std::string& file) {
     throw halmek::NotUnderstood(halmek::FailureLine(file, halmek::ErrorFromSystem(errno, path.string())));
 }
 
-void WriteJournal(const std::string& file, const std::string& journal) {
+void WriteText(const std::string& file, const std::string& text) {
   try {
-    halmek::AtomicWrite(file, journal);
+    halmek::AtomicWrite(file, text);
   } catch (const halmek::Failure& failure) {
     throw std::runtime_error(halmek::FailureLine(file, failure));
   }
 }
 
+void WriteReport(const Options& options, const std::string& recipe,
+                 const std::vector<halmek::batch::Ran>& runs) {
+  if (!options.report.empty())
+    WriteText(options.report, halmek::batch::ReportPage(options.recipe, recipe, runs));
+}
+
 // One run, whose steps are printed as they come.
 int RunOnce(const Options& options, const std::string& recipe, const Variables& variables) {
-  const halmek::batch::Job job = halmek::batch::JobOf(options.recipe, recipe, variables);
-  if (!options.journal.empty())
-    RequireFolderOf(options.journal);
-  const auto result = halmek::batch::Run(
+  halmek::batch::Job job = halmek::batch::JobOf(options.recipe, recipe, variables);
+  job.drawsFigures = !options.report.empty();
+  RequireFolderOf(options.journal);
+  RequireFolderOf(options.report);
+  auto result = halmek::batch::Run(
       job, {[](const std::string& line) {
               std::puts(line.c_str());
               std::fflush(stdout);
@@ -103,8 +118,10 @@ int RunOnce(const Options& options, const std::string& recipe, const Variables& 
   if (!result.succeeded)
     std::fprintf(stderr, "%s\n", result.failure.c_str());
   if (!options.journal.empty())
-    WriteJournal(options.journal, result.journal);
-  return result.succeeded ? 0 : statusRefused;
+    WriteText(options.journal, result.journal);
+  const int status = result.succeeded ? 0 : statusRefused;
+  WriteReport(options, recipe, {{halmek::LeafName(options.recipe), std::move(result)}});
+  return status;
 }
 
 bool UsesVariable(const std::string& recipe, Variables variables, const std::string& name) {
@@ -117,22 +134,27 @@ bool UsesVariable(const std::string& recipe, Variables variables, const std::str
   }
 }
 
-// One run a file. All are understood before the first runs.
-int RunForFiles(const Options& options, const std::string& recipe, Variables variables) {
-  const std::string& name = options.forFiles.front();
+// One run a value. All are understood before the first runs.
+int RunForEach(const Options& options, const std::string& recipe, Variables variables) {
+  const std::string& name = options.forValues.front();
   if (!options.journal.empty())
     return Complain("--journal goes with a single run, not with --for");
   if (!halmek::IsVariableName(name) || variables.contains(name))
     return Complain("--for needs the NAME of a variable that has no value yet, not '" + name + "'");
-  const std::vector<std::string> files(options.forFiles.begin() + 1, options.forFiles.end());
+  const std::vector<std::string> values(options.forValues.begin() + 1, options.forValues.end());
   std::vector<halmek::batch::Job> jobs;
-  for (const std::string& file : files) {
-    variables[name] = file;
+  for (const std::string& value : values) {
+    variables[name] = value;
     jobs.push_back(halmek::batch::JobOf(options.recipe, recipe, variables));
+    jobs.back().drawsFigures = !options.report.empty();
   }
   if (!UsesVariable(recipe, variables, name))
     return Complain("the recipe does not use $" + name);
-  return halmek::batch::RunMany(files, jobs, options.jobs);
+  RequireFolderOf(options.report);
+  const halmek::batch::ManyRan ran = halmek::batch::RunMany(values, jobs, options.jobs);
+  std::printf("\n%s", halmek::batch::SummaryTable(ran.runs).c_str());
+  WriteReport(options, recipe, ran.runs);
+  return ran.failed ? statusRefused : 0;
 }
 
 // Output that could not be written is a failure, too.
@@ -147,8 +169,8 @@ int RunRecipes(const Options& options) {
   try {
     const Variables variables = VariablesOf(options.assignments);
     const std::string recipe = halmek::ReadWholeFile(options.recipe);
-    return options.forFiles.empty() ? RunOnce(options, recipe, variables)
-                                    : RunForFiles(options, recipe, variables);
+    return options.forValues.empty() ? RunOnce(options, recipe, variables)
+                                     : RunForEach(options, recipe, variables);
   } catch (const halmek::NotUnderstood& problem) {
     return Complain(problem.what());
   } catch (const halmek::RecipeStopped& stopped) {

@@ -17,8 +17,8 @@ namespace {
 // Prints results as they can be printed in order, with the progress bar below them.
 class Reporter {
  public:
-  Reporter(const std::vector<std::string>& files, size_t count)
-      : files_(files), results_(count), showsBar_(isatty(STDERR_FILENO) == 1) {
+  Reporter(const std::vector<std::string>& names, size_t count)
+      : names_(names), results_(count), showsBar_(isatty(STDERR_FILENO) == 1) {
     ShowBar();
   }
 
@@ -28,14 +28,22 @@ class Reporter {
     results_[index] = std::move(result);
     HideBar();
     for (; printed_ < results_.size() && results_[printed_]; ++printed_)
-      Print(files_[printed_], *results_[printed_]);
+      Print(names_[printed_], *results_[printed_]);
     ShowBar();
   }
 
-  // Says which files were written for more than one input, of which only the last remains; 1 where there are
-  // any.
-  int Finish() {
+  // Says which files were written by more than one run, of which only the last remains.
+  ManyRan Finish() {
     HideBar();
+    ComplainOfOverwritten();
+    ManyRan ran{{}, failed_};
+    for (size_t i = 0; i < results_.size(); ++i)
+      ran.runs.push_back({names_[i], std::move(*results_[i])});
+    return ran;
+  }
+
+ private:
+  void ComplainOfOverwritten() {
     std::map<std::string, std::string> writers;
     for (size_t i = 0; i < results_.size(); ++i) {
       std::vector<std::string> written;
@@ -44,17 +52,15 @@ class Reporter {
       std::sort(written.begin(), written.end());
       written.erase(std::unique(written.begin(), written.end()), written.end());
       for (const std::string& file : written) {
-        const auto [earlier, isNew] = writers.emplace(file, files_[i]);
+        const auto [earlier, isNew] = writers.emplace(file, names_[i]);
         if (isNew)
           continue;
-        Complain(file + ": written for " + earlier->second + " and for " + files_[i] +
+        Complain(file + ": written for " + earlier->second + " and for " + names_[i] +
                  "; only one of them is left");
       }
     }
-    return failed_ ? 1 : 0;
   }
 
- private:
   void Print(const std::string& file, const JobResult& result) {
     for (const std::string& warning : result.warnings)
       std::fprintf(stderr, "warning: %s\n", Printable(file + ": " + warning).c_str());
@@ -92,7 +98,7 @@ class Reporter {
       std::fputs("\r\033[K", stderr);
   }
 
-  const std::vector<std::string>& files_;
+  const std::vector<std::string>& names_;
   std::vector<std::optional<JobResult>> results_;
   std::mutex mutex_;
   size_t finished_ = 0;
@@ -103,8 +109,8 @@ class Reporter {
 
 }  // namespace
 
-int RunMany(const std::vector<std::string>& files, const std::vector<Job>& jobs, int atOnce) {
-  Reporter reporter(files, jobs.size());
+ManyRan RunMany(const std::vector<std::string>& names, const std::vector<Job>& jobs, int atOnce) {
+  Reporter reporter(names, jobs.size());
   std::mutex mutex;
   size_t next = 0;
   const JobOutput silent{[](const std::string&) {}, [](const std::string&) {}};

@@ -1,16 +1,21 @@
-// One recipe run for many files, several at a time.
+// One recipe run many times, several at a time.
 #pragma once
 
 #include <string>
 #include <vector>
 
-#include "batch/job.h"
+#include "batch/report.h"
 
 namespace halmek::batch {
 
-// Runs one job for each file, at most `atOnce` at a time. Prints one line for each, in the order of the
-// files, and a progress bar where standard error is a terminal. A failing file does not stop the others.
-// Returns the exit status: 0 where all succeeded and no two wrote the same file.
-int RunMany(const std::vector<std::string>& files, const std::vector<Job>& jobs, int atOnce);
+// How many runs ended.
+struct ManyRan {
+  std::vector<Ran> runs;  // in the order of their names
+  bool failed = false;    // one of them did, or two wrote the same file
+};
+
+// Runs one job for each name, at most `atOnce` at a time. Prints one line for each, in their order, and a
+// progress bar where standard error is a terminal. A failing run does not stop the others.
+ManyRan RunMany(const std::vector<std::string>& names, const std::vector<Job>& jobs, int atOnce);
 
 }  // namespace halmek::batch

@@ -38,9 +38,15 @@ std::string Escaped(std::string_view bytes) {
   return text;
 }
 
+enum class Use { file, page };
+
 class Writer {
  public:
-  explicit Writer(std::string& out) : out_(out) {}
+  Writer(std::string& out, const Drawing& drawing, Use use)
+      : out_(out), topLeft_(drawing.plotTopLeft), bottomRight_(drawing.plotBottomRight), use_(use) {
+    if (use_ == Use::file)
+      ClipPath();
+  }
 
   void operator()(const Line& line) {
     out_ += "<line x1=\"";
@@ -57,29 +63,10 @@ class Writer {
   }
 
   void operator()(const Polyline& line) {
-    out_ += "<polyline points=\"";
-    for (const Point& p : line.points) {
-      Number(p.x);
-      out_ += ',';
-      Number(p.y);
-      out_ += ' ';
-    }
-    out_ += "\" fill=\"none\" stroke-linejoin=\"round\" clip-path=\"url(#plot)\"";
-    Stroke(line.colour, static_cast<float>(line.penWidth * twipsPerPixel));
-    out_ += "/>\n";
-  }
-
-  // What curves are cut to.
-  void ClipPath(Point topLeft, Point bottomRight) {
-    out_ += "<clipPath id=\"plot\"><rect x=\"";
-    Number(topLeft.x);
-    out_ += "\" y=\"";
-    Number(topLeft.y);
-    out_ += "\" width=\"";
-    Number(std::max(0.0f, bottomRight.x - topLeft.x));
-    out_ += "\" height=\"";
-    Number(std::max(0.0f, bottomRight.y - topLeft.y));
-    out_ += "\"/></clipPath>\n";
+    if (use_ == Use::file)
+      WritePolyline(line);
+    else
+      WritePath(line);
   }
 
   void operator()(const Circle& circle) {
@@ -116,21 +103,101 @@ class Writer {
     out_ += '"';
   }
 
+  void WritePolyline(const Polyline& line) {
+    out_ += "<polyline points=\"";
+    for (const Point& p : line.points) {
+      Number(p.x);
+      out_ += ',';
+      Number(p.y);
+      out_ += ' ';
+    }
+    out_ += "\" fill=\"none\" stroke-linejoin=\"round\" clip-path=\"url(#plot)\"";
+    Stroke(line.colour, static_cast<float>(line.penWidth * twipsPerPixel));
+    out_ += "/>\n";
+  }
+
+  // An SVG element within another one cuts its content as a clip path would, and needs no name for it.
+  void WritePath(const Polyline& line) {
+    out_ += "<svg ";
+    PlotArea();
+    out_ += " viewBox=\"";
+    Number(topLeft_.x);
+    out_ += ' ';
+    Number(topLeft_.y);
+    out_ += ' ';
+    Number(Width());
+    out_ += ' ';
+    Number(Height());
+    out_ += "\"><path fill=\"none\" stroke-linejoin=\"round\"";
+    Stroke(line.colour, static_cast<float>(line.penWidth * twipsPerPixel));
+    out_ += " d=\"";
+    Steps(line.points);
+    out_ += "\"/></svg>\n";
+  }
+
+  // "Mx yldx dy dx dy ...": a sign parts two numbers as well as a blank does.
+  void Steps(const std::vector<Point>& points) {
+    long lastX = 0, lastY = 0;
+    const auto step = [&](long by) {
+      if (by >= 0)
+        out_ += ' ';
+      out_ += std::to_string(by);
+    };
+    for (size_t i = 0; i < points.size(); ++i) {
+      const long x = WholeTwips(points[i].x), y = WholeTwips(points[i].y);
+      out_ += i == 0 ? "M" : i == 1 ? "l" : "";
+      step(x - lastX);
+      step(y - lastY);
+      lastX = x;
+      lastY = y;
+    }
+  }
+
+  // Curves may leave the plot area by far; beyond a thousand of them nobody sees where they go.
+  static long WholeTwips(float value) {
+    constexpr float farAway = 1e7f;
+    return std::isfinite(value) ? std::lround(std::clamp(value, -farAway, farAway)) : 0;
+  }
+
+  float Width() const { return std::max(0.0f, bottomRight_.x - topLeft_.x); }
+  float Height() const { return std::max(0.0f, bottomRight_.y - topLeft_.y); }
+
+  void PlotArea() {
+    out_ += "x=\"";
+    Number(topLeft_.x);
+    out_ += "\" y=\"";
+    Number(topLeft_.y);
+    out_ += "\" width=\"";
+    Number(Width());
+    out_ += "\" height=\"";
+    Number(Height());
+    out_ += '"';
+  }
+
+  // What curves are cut to.
+  void ClipPath() {
+    out_ += "<clipPath id=\"plot\"><rect ";
+    PlotArea();
+    out_ += "/></clipPath>\n";
+  }
+
   // A tenth of a twip is far below what any device shows.
   void Number(float value) {
     std::array<char, 64> text;
-    const double tenths = std::isfinite(value) ? std::round(static_cast<double>(value) * 10) / 10 : 0;
+    const double parts = use_ == Use::file ? 10 : 1;
+    const double rounded = std::isfinite(value) ? std::round(static_cast<double>(value) * parts) / parts : 0;
     const auto end =
-        std::to_chars(text.data(), text.data() + text.size(), tenths, std::chars_format::fixed).ptr;
+        std::to_chars(text.data(), text.data() + text.size(), rounded, std::chars_format::fixed).ptr;
     out_.append(text.data(), end);
   }
 
   std::string& out_;
+  const Point topLeft_, bottomRight_;  // of the plot area
+  const Use use_;
 };
 
-}  // namespace
-
-std::string SvgOf(const Drawing& drawing) {
+// What stands before the items of a drawing, and they.
+std::string Element(const Drawing& drawing, Use use) {
   const auto [width, height] = PictureSize(drawing);
   std::string out = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" +
                     std::to_string(width / twipsPerPixel) + "\" height=\"" +
@@ -138,13 +205,18 @@ std::string SvgOf(const Drawing& drawing) {
                     ' ' + std::to_string(height) + "\" font-family=\"sans-serif\" font-size=\"" +
                     std::to_string(pictureTextHeight) + "\">\n<title>" + Escaped(drawing.caption) +
                     "</title>\n<rect width=\"100%\" height=\"100%\" fill=\"white\"/>\n";
-  Writer writer(out);
-  writer.ClipPath(drawing.plotTopLeft, drawing.plotBottomRight);
+  Writer writer(out, drawing, use);
   writer(Text{captionTopLeft, drawing.caption, {}});
   for (const DrawingItem& item : drawing.items)
     std::visit(writer, item);
   out += "</svg>\n";
   return out;
 }
+
+}  // namespace
+
+std::string SvgOf(const Drawing& drawing) { return Element(drawing, Use::file); }
+
+std::string InlineSvgOf(const Drawing& drawing) { return Element(drawing, Use::page); }
 
 }  // namespace halmek

@@ -4,6 +4,8 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <map>
+#include <string>
 
 #include "support/small_night.h"
 #include "support/test_session.h"
@@ -95,7 +97,11 @@ TEST_F(BatchTest, SeveralJobsGiveTheSameFilesAsOneAndAFailureDoesNotStopTheOther
     EXPECT_EQ(ended.status, 1);
     EXPECT_EQ(ended.out,
               "arc.fts: done, wrote arc_1D.fts, x_arc.fts.txt\nstar.fts: done, wrote star_1D.fts, "
-              "x_star.fts.txt\n");
+              "x_star.fts.txt\n\n"
+              "file      object     lines  RMS (A)  scale (A/pixel)    S/N  warnings\n"
+              "arc.fts   Test star      -        -                -      1         0\n"
+              "none.fts  -              -        -                -      -    FAILED\n"
+              "star.fts  Test star      -        -                -  24840         0\n");
     EXPECT_EQ(ended.err, "none.fts: r.recipe:1: none.fts: Error: 53  Error: File not found.\n");
     for (const char* name : {"arc_1D.fts", "star_1D.fts"})
       std::filesystem::rename(folder.File(name), results->File(name));
@@ -103,6 +109,53 @@ TEST_F(BatchTest, SeveralJobsGiveTheSameFilesAsOneAndAFailureDoesNotStopTheOther
   ASSERT_EQ(FilesIn(serial.path()), FilesIn(parallel.path()));
   for (const std::string& name : FilesIn(serial.path()))
     EXPECT_EQ(ReadFile(serial.File(name)), ReadFile(parallel.File(name))) << name;
+}
+
+size_t CountOf(const std::string& part, const std::string& text) {
+  size_t count = 0;
+  for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
+    ++count;
+  return count;
+}
+
+// Looking at a run must not change what it gives; nor must the page depend on anything beside it.
+TEST_F(BatchTest, AReportShowsEveryRunOnOnePageAndChangesNoResult) {
+  const std::string recipe =
+      "load frame arc.fts\naperture 24 36\nbackground 2 12 48 58 0\ncrunch\nsave spectrum\n"
+      "load table lines.txt\nload arc1 arc_1D.fts\narcs 1\nidentify arc1 40 5000\nidentify arc1 240 5200\n"
+      "identify arc1 90\nidentify arc1 140\nidentify arc1 340\nfit-deviations arc1 2\ndelete-line arc1 140\n"
+      "fit-deviations arc1 2\nidentify arc1 290\n" +
+      std::string(extraction) +
+      "normalize auto 25 3\nrevert\nnormalize auto 25 2\nsave spectrum\nload object star_1D.fts\n"
+      "correct\nsave object c_$frame\nsave mask arc1 mask.dat\n# <&>\n";
+  const std::string arguments = "--for frame none.fts star.fts";
+  RunRecipe(recipe, arguments);
+  const std::string spectrum = ReadFile(folder.File("c_star.fts")), mask = ReadFile(folder.File("mask.dat"));
+  const Ended ended = RunRecipe(recipe, "--report night.html " + arguments);
+  EXPECT_EQ(ended.status, 1);
+  EXPECT_EQ(ReadFile(folder.File("c_star.fts")), spectrum);
+  EXPECT_EQ(ReadFile(folder.File("mask.dat")), mask);
+  EXPECT_NE(ended.out.find("\nstar.fts  Test star      5"), std::string::npos) << ended.out;
+
+  const std::string page = ReadFile(folder.File("night.html"));
+  // The arc before the frame that is missing is shown, too.
+  for (const auto& [figure, count] : std::map<std::string, size_t>{{"Slice of arc.fts", 2},
+                                                                   {"Slice of star.fts", 1},
+                                                                   {"Continuum of star.fts", 1},
+                                                                   {"Arc arc_1D.fts", 2},
+                                                                   {"Deviations of arc_1D.fts", 2}})
+    EXPECT_EQ(CountOf("<b>" + figure + "</b>", page), count) << figure;
+  EXPECT_EQ(CountOf("<svg xmlns", page), 8u);
+  EXPECT_NE(page.find("none.fts: Error: 53  Error: File not found."), std::string::npos);
+  EXPECT_NE(page.find("# &lt;&amp;&gt;"), std::string::npos);
+  EXPECT_EQ(CountOf("http", page), CountOf("xmlns=\"http://www.w3.org/2000/svg\"", page));
+  for (const char* loading : {"<script", "src=", "url(", "@import", "<link"})
+    EXPECT_EQ(page.find(loading), std::string::npos) << loading;
+
+  const auto files = FilesIn(folder.path());
+  EXPECT_EQ(Run("r.recipe frame=star.fts --report none/night.html").err,
+            "halmek-batch: none/night.html: Error: 76  Error: Path not found.\n");
+  EXPECT_EQ(FilesIn(folder.path()), files);
 }
 
 TEST_F(BatchTest, OneFileWrittenForTwoInputsIsAFailure) {

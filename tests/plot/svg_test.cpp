@@ -38,6 +38,21 @@ TEST(Svg, WritesOneElementAnItemInOrder) {
   }
 }
 
+// A page holds many: a name in one would be taken for that in another. Steps must not add up their rounding.
+TEST(Svg, OnAPageHasNoNamesAndReturnsToTheTwipFromAnywhere) {
+  Drawing drawing({1500, 2850}, "a<b");
+  drawing.plotTopLeft = {100, 200};
+  drawing.plotBottomRight = {1400, 900};
+  drawing.Add(Polyline{{{10.4f, 20}, {10.8f, 20.4f}, {11.2f, 20.8f}, {-5, std::numeric_limits<float>::max()}},
+                       colours::red});
+  const std::string svg = InlineSvgOf(drawing);
+  EXPECT_EQ(svg.find("id="), std::string::npos);
+  EXPECT_EQ(svg.find("url("), std::string::npos);
+  EXPECT_NE(svg.find("<svg x=\"100\" y=\"200\" width=\"1300\" height=\"700\" viewBox=\"100 200 1300 700\">"),
+            std::string::npos);
+  EXPECT_NE(svg.find("d=\"M 10 20l 1 0 0 1-16 9999979\""), std::string::npos) << svg;
+}
+
 TEST(Pictures, LineUpTheValuesOfTheLeftAxisWhereTheyAreShort) {
   EXPECT_EQ(LeftOf(Text{{0, 9}, "2.0", {}}, 100), 485);
   EXPECT_EQ(LeftOf(Text{{0, 9}, "123456789", {}}, 700), 0);
