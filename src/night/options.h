@@ -16,6 +16,6 @@ struct Options {
 
 inline constexpr int fewestColumns = 400, mostColumns = 3000;
 inline constexpr int fewestRows = 60, mostRows = 500;
-inline constexpr int mostStars = 99;
+inline constexpr int mostStars = 999;
 
 }  // namespace halmek::night

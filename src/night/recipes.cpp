@@ -85,11 +85,15 @@ std::string ReduceStar(const Layout& l, const Exposure& star) {
          "save spectrum\n";
 }
 
+std::string FitArc(int number, int power) {
+  const std::string n = std::to_string(number);
+  return "apply-mask arc" + n + "\nfit-deviations arc" + n + " " + std::to_string(power) + "\n";
+}
+
 std::string CalibrateArc(const Star& star, const Exposure& arc, int number, int power) {
   const std::string n = std::to_string(number);
-  return "apply-mask arc" + n + "\nfit-deviations arc" + n + " " + std::to_string(power) + "\nplot arc" + n +
-         " " + star.exposure.name + "_" + arc.name + ".svg\nplot deviations" + n + " " + star.exposure.name +
-         "_deviations" + n + ".svg\n";
+  return FitArc(number, power) + "plot arc" + n + " " + star.exposure.name + "_" + arc.name +
+         ".svg\nplot deviations" + n + " " + star.exposure.name + "_deviations" + n + ".svg\n";
 }
 
 }  // namespace
@@ -164,6 +168,28 @@ std::string StarRecipe(const Night& night, const Star& star) {
          "_1D.fts\n"
          "correct\n"
          "save object\n";
+}
+
+std::string NightRecipe(const Night& night) {
+  const Layout& l = night.instrument.layout;
+  const int power = DeviationPower(night);
+  const std::string arcs[] = {"arc${n}a", "arc${n}b"};
+  std::string text =
+      "# Reduces any star of the sample night with its arcs, here the first two. From the folder of the "
+      "frames:\n"
+      "#\n"
+      "#   halmek-batch night.recipe --jobs 2 --report night.html --for n 1 2\n"
+      "#\n"
+      "# $n is the number of the star. Cosmic rays lie elsewhere on each frame: the recipes of the single\n"
+      "# stars remove them, this one leaves them.\n";
+  for (const std::string& arc : arcs)
+    text += "load frame " + arc + ".fts\n" + FixAndTrim(l) + ExtractArc(l) + "\n";
+  text += "load frame star${n}.fts\n" + FixAndTrim(l) + "aperture " + Rows(l, l.aperture) + "\nbackground " +
+          Rows(l, l.sky1) + " " + Rows(l, l.sky2) +
+          " 1\ncrunch\nnormalize auto 25 4\nsave spectrum\n\nload mask mask.dat\n";
+  for (int a = 1; a <= 2; ++a)
+    text += "load arc" + std::to_string(a) + " " + arcs[a - 1] + "_1D.fts\n" + FitArc(a, power);
+  return text + "\nload object star${n}_1D.fts\ncorrect\nsave object\n";
 }
 
 }  // namespace halmek::night

@@ -16,4 +16,7 @@ std::string ArcRecipe(const Night& night);
 // Reduces a star with its two arcs, from the frames to the calibrated spectrum.
 std::string StarRecipe(const Night& night, const Star& star);
 
+// The same for the star of number $n, whichever it is, and therefore without its cosmic rays and plots.
+std::string NightRecipe(const Night& night);
+
 }  // namespace halmek::night

@@ -59,8 +59,9 @@ std::string Summary(const Night& night, const std::string& folder) {
          std::to_string(LampLines().size()) + " wavelengths, mask.dat with " +
          std::to_string(night.mask.size()) +
          " lines\n"
-         "  star1.recipe reduces star 1 with its arcs; arc.recipe reduces an arc; truth.txt says what is "
-         "true\n";
+         "  star1.recipe reduces star 1 with its arcs, arc.recipe an arc, night.recipe all; truth.txt says "
+         "what "
+         "is true\n";
 }
 
 }  // namespace
@@ -77,6 +78,7 @@ std::string WriteNight(const Night& night, const std::string& folder) {
     write(star.exposure.name + ".recipe", StarRecipe(night, star));
   }
   write("arc.recipe", ArcRecipe(night));
+  write("night.recipe", NightRecipe(night));
   write("WL_Table.txt", WavelengthTableText());
   write("mask.dat", MaskText(night));
   write(truthFile, TruthText(night));

@@ -53,6 +53,19 @@ TEST(SampleNight, IsTheSameForTheSameSeedWhateverTheNumberOfStars) {
   EXPECT_NE(ReadFile(second.File("arc1a.fts")), ReadFile(second.File("arc1b.fts")));
 }
 
+TEST(SampleNight, HasOneRecipeForAllStars) {
+  const TemporaryFolder folder;
+  Options two = smallNight;
+  two.stars = 2;
+  WriteNight(PlanNight(two), folder.path());
+  for (const char* n : {"1", "2"}) {
+    const auto session = test::SessionIn(folder.path());
+    RunRecipe(*session, ParseRecipe(ReadFile(folder.File("night.recipe")), {{"n", n}}), [](auto&&...) {});
+    EXPECT_EQ(session->slot[slots::object].objectName, "Sample star " + std::string(n));
+    EXPECT_TRUE(std::filesystem::exists(folder.File("star" + std::string(n) + "_1Dcal.fts")));
+  }
+}
+
 // The reduction's errors against the truth stay within what the night was made for.
 TEST(SampleNight, GivesBackWavelengthsAndVelocities) {
   for (const uint64_t seed : {1, 2}) {
@@ -168,7 +181,7 @@ TEST(NightCommandLine, RefusesWithOneLineAndAStatus) {
       {{}, 2, "DIR"},
       {{dir, "--columns", "399"}, 2, "400 to 3000"},
       {{dir, "--rows", "501"}, 2, "60 to 500"},
-      {{dir, "--stars", "0"}, 2, "1 to 99"},
+      {{dir, "--stars", "0"}, 2, "1 to 999"},
       {{dir, "--type", "-64"}, 2, "-64"},
       {{dir, "--seed", "x"}, 2, "--seed"},
       {{dir, "--check", "--seed", "3"}, 2, "--check"},
