@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "app/help_layout.h"
+#include "platform/accessible.h"
 #include "platform/controls.h"
 #include "platform/placement.h"
 #include "platform/text.h"
@@ -26,6 +27,7 @@ HelpWindow::HelpWindow(Desk& desk) : desk_(desk), area_(new QScrollArea(this)), 
   setWindowTitle("Help");
   CloseOnEscape(*this);
   area_->setObjectName("area");
+  NameArea(area_, "Help page");
   area_->setFrameShape(QFrame::NoFrame);
   area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   area_->setWidget(page_);

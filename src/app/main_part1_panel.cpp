@@ -1,6 +1,7 @@
 // Steps 1 to 7.
 #include "app/main_part1_panel.h"
 
+#include "platform/accessible.h"
 #include "platform/text.h"
 
 namespace halmek {
@@ -17,7 +18,8 @@ Part1Panel::Part1Panel(Actions& actions)
 
 void Part1Panel::AddLoad() {
   QGridLayout* const step = AddStep("1. Load 2-D Frame");
-  QPushButton* const load = NewButton("Command11", "Load ...", [this] { actions_.LoadFrame(); });
+  QPushButton* const load =
+      NewButtonNamed("Load 2-D Frame", "Command11", "Load ...", [this] { actions_.LoadFrame(); });
   load->setToolTip("Choose the FITS file of an object or an arc");
   step->addWidget(load, 0, 1);
   file_ = new ElidedLabel("Label43");
@@ -27,17 +29,21 @@ void Part1Panel::AddLoad() {
   names->setHorizontalSpacing(6);
   names->setVerticalSpacing(0);
   names->setColumnStretch(1, 1);
-  names->addWidget(NewLabel({}, "Filename:"), 0, 0);
-  names->addWidget(file_, 0, 1);
-  names->addWidget(NewLabel({}, "Object:"), 1, 0);
-  names->addWidget(object_, 1, 1);
+  const auto add = [&](int row, const char* text, QLabel* value) {
+    QLabel* const caption = NewLabel({}, text);
+    SetCaption(caption, value);
+    names->addWidget(caption, row, 0);
+    names->addWidget(value, row, 1);
+  };
+  add(0, "Filename:", file_);
+  add(1, "Object:", object_);
   step->addLayout(names, 1, 0, 1, 2);
 }
 
 void Part1Panel::AddFixColumn() {
-  QGridLayout* const step = AddStep(" 2. Fix bad column #");
   badColumn_ = NewNumberBox("Text6", "A column 4 to NAXIS1 - 3");
-  fixColumn_ = NewButton("Command2", "Fix !", [this] {
+  QGridLayout* const step = AddStep(" 2. Fix bad column #", badColumn_);
+  fixColumn_ = NewButtonNamed("Fix bad column", "Command2", "Fix !", [this] {
     if (const auto row = actions_.FixColumn(badColumn_->text()))
       startRow_->setText(*row);
   });
@@ -53,14 +59,17 @@ void Part1Panel::AddTrim() {
   corners->setVerticalSpacing(2);
   corners->setColumnStretch(3, 1);
   corners->addWidget(NewLabel({}, "Corner Points to be Included ---------------"), 0, 0, 1, 5);
-  corners->addWidget(NewLabel({}, "Col (x)"), 1, 1);
-  corners->addWidget(NewLabel({}, "Row (y)"), 1, 2);
-  corners->addWidget(NewLabel({}, "Upper left"), 2, 0);
-  corners->addWidget(NewLabel({}, "Lower right"), 3, 0);
+  const std::array across = {"Col (x)", "Row (y)"}, down = {"Upper left", "Lower right"};
+  for (int i = 0; i < 2; ++i) {
+    corners->addWidget(NewLabel({}, across[static_cast<size_t>(i)]), 1, 1 + i);
+    corners->addWidget(NewLabel({}, down[static_cast<size_t>(i)]), 2 + i, 0);
+  }
   corners_ = {NewNumberBox("Text1", "First column to keep"), NewNumberBox("Text2", "First row to keep"),
               NewNumberBox("Text3", "Last column to keep"), NewNumberBox("Text4", "Last row to keep")};
-  for (int i = 0; i < 4; ++i)
-    corners->addWidget(corners_[static_cast<size_t>(i)], 2 + i / 2, 1 + i % 2);
+  for (size_t i = 0; i < corners_.size(); ++i) {
+    corners_[i]->setAccessibleName(QString("%1, %2").arg(down[i / 2], across[i % 2]));
+    corners->addWidget(corners_[i], static_cast<int>(2 + i / 2), static_cast<int>(1 + i % 2));
+  }
   trim_ = NewButton("Command1", "Snip !", [this] {
     actions_.Trim({corners_[0]->text(), corners_[1]->text(), corners_[2]->text(), corners_[3]->text()});
   });
@@ -71,34 +80,36 @@ void Part1Panel::AddTrim() {
 
 void Part1Panel::AddTraceAndSlice() {
   QGridLayout* const trace = AddStep("4. Fix Trace (for cosmic ray hits)");
-  traceStatus_ = NewStatus("Label24");
+  traceStatus_ = NewStatus("Label24", "Status of step 4");
   startRow_ = NewNumberBox("Text5", "The first row to plot");
   fixTrace_ = NewButton("Command4", "Fix Trace ...", [this] { actions_.FixTrace(startRow_->text()); });
   fixTrace_->setToolTip("Look along rows and remove cosmic-ray hits");
   auto* const start = new QHBoxLayout;
   start->setContentsMargins(14, 0, 0, 0);
   start->setSpacing(6);
-  start->addWidget(NewLabel({}, "Start row #"));
+  QLabel* const caption = NewLabel({}, "Start row #");
+  SetCaption(caption, startRow_);
+  start->addWidget(caption);
   start->addWidget(startRow_);
   start->addStretch(1);
   trace->addLayout(start, 1, 0);
   trace->addLayout(Row({traceStatus_, fixTrace_}), 1, 1);
 
   QGridLayout* const slice = AddStep("5. Set Aperture, Fit Background in Y-slice");
-  sliceStatus_ = NewStatus("Label25");
+  sliceStatus_ = NewStatus("Label25", "Status of step 5");
   slice_ = NewButton("Command3", "Plot Vertical Slice ...", [this] { actions_.PlotSlice(); });
   slice->addLayout(Row({sliceStatus_, slice_}), 1, 0, 1, 2);
 }
 
 void Part1Panel::AddExtraction() {
   QGridLayout* const crunch = AddStep("6. Transform 2-D to 1-D");
-  crunchStatus_ = NewStatus("Label26");
+  crunchStatus_ = NewStatus("Label26", "Status of step 6");
   crunch_ = NewButton("Command5", "Crunch !", [this] { actions_.Crunch(); });
   crunch_->setToolTip("Sum the rows of the aperture, less the background");
   crunch->addLayout(Row({crunchStatus_, crunch_}), 0, 1);
 
   QGridLayout* const continuum = AddStep("7. Normalize Continuum (skip for arcs)");
-  continuumStatus_ = NewStatus("Label27");
+  continuumStatus_ = NewStatus("Label27", "Status of step 7");
   normalize_ = NewButton("Command6", "Normalize ...", [this] { actions_.Normalize(); });
   save_ = NewButton("Command9", "Save 1-D Frame ...", [this] { actions_.SaveSpectrum(); });
   continuum->addLayout(Row({continuumStatus_, normalize_, save_}), 1, 0, 1, 2);

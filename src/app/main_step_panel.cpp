@@ -1,12 +1,14 @@
 // Panels of steps.
 #include "app/main_step_panel.h"
 
+#include "platform/accessible.h"
 #include "platform/controls.h"
 
 namespace halmek {
 
 StepPanel::StepPanel(const QString& headingName, const QString& heading) : steps_(new QVBoxLayout(this)) {
   setFrameShape(QFrame::StyledPanel);
+  setAccessibleName(heading);
   steps_->setContentsMargins(8, 5, 8, 5);
   steps_->setSpacing(0);
   QLabel* const label = NewLabel(headingName, heading);
@@ -16,19 +18,23 @@ StepPanel::StepPanel(const QString& headingName, const QString& heading) : steps
   steps_->addWidget(label);
 }
 
-QGridLayout* StepPanel::AddStep(const QString& text) {
+QGridLayout* StepPanel::AddStep(const QString& text, QWidget* field) {
   steps_->addStretch(1);
   auto* const grid = new QGridLayout;
   grid->setHorizontalSpacing(6);
   grid->setVerticalSpacing(2);
-  grid->addWidget(NewLabel({}, text), 0, 0);
+  QLabel* const label = NewLabel({}, text);
+  if (field != nullptr)
+    SetCaption(label, field);
+  grid->addWidget(label, 0, 0);
   grid->setColumnStretch(0, 1);
   steps_->addLayout(grid);
   return grid;
 }
 
-QLabel* StepPanel::NewStatus(const QString& name) {
+QLabel* StepPanel::NewStatus(const QString& name, const QString& meaning) {
   QLabel* const status = NewLabel(name, {});
+  SetMeaning(status, meaning);
   QFont bold = status->font();
   bold.setBold(true);
   status->setFont(bold);

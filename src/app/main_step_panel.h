@@ -13,14 +13,15 @@ class StepPanel : public QFrame {
   StepPanel(const QString& headingName, const QString& heading);
 
  protected:
-  // Adds a step and returns the grid for its controls. Its first row holds the step's label.
-  QGridLayout* AddStep(const QString& text);
+  // Adds a step and returns the grid for its controls. Its first row holds the step's label, which names
+  // `field`, where there is one.
+  QGridLayout* AddStep(const QString& text, QWidget* field = nullptr);
 
   // Leaves the rest of the height empty.
   void EndSteps() { steps_->addStretch(1); }
 
-  // A status label, which shows "DONE!".
-  static QLabel* NewStatus(const QString& name);
+  // A status label, which shows "DONE!": its meaning, for screen readers.
+  static QLabel* NewStatus(const QString& name, const QString& meaning);
 
   // Controls side by side, pushed to the right.
   static QHBoxLayout* Row(const QList<QWidget*>& controls);

@@ -5,9 +5,11 @@
 #include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QMenuBar>
+#include <QScrollArea>
 #include <QVBoxLayout>
 
 #include "app/main_menu.h"
+#include "platform/accessible.h"
 #include "platform/placement.h"
 #include "platform/text.h"
 #include "steps/start_up.h"
@@ -44,7 +46,15 @@ MainWindow::MainWindow(Desk& desk)
   column->setSpacing(4);
   column->addWidget(NewTitle());
   column->addLayout(panels, 1);
-  setCentralWidget(body);
+  // It scrolls where the text is larger than the screen has room for.
+  auto* const area = new QScrollArea;
+  area->setObjectName("area");
+  area->setFrameShape(QFrame::NoFrame);
+  area->setFocusPolicy(Qt::NoFocus);
+  area->setWidgetResizable(true);
+  area->setWidget(body);
+  NameArea(area, "Steps");
+  setCentralWidget(area);
   AddMainMenu(*this, actions_);
   desk_.SetMainWindow(this);
   desk_.AddView(*this);

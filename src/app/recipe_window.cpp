@@ -7,6 +7,7 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include "platform/accessible.h"
 #include "platform/controls.h"
 #include "platform/placement.h"
 #include "platform/text.h"
@@ -20,6 +21,7 @@ RecipeWindow::RecipeWindow(Desk& desk) : desk_(desk), text_(new QPlainTextEdit(t
   resize(PixelsOf(9000), PixelsOf(7000));
 
   text_->setObjectName("textRecipe");
+  NameArea(text_, "Recipe");
   text_->setReadOnly(true);
   text_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   text_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));

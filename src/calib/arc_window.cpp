@@ -8,6 +8,7 @@
 #include "calib/arc_plot.h"
 #include "calib/deviations.h"
 #include "calib/line_list.h"
+#include "platform/accessible.h"
 #include "platform/text.h"
 #include "platform/twips.h"
 #include "plot/wording.h"
@@ -17,10 +18,20 @@ namespace halmek {
 namespace {
 
 // The names that differ between the two.
-constexpr PlotWindowNames arcNames[] = {
-    {},
-    {.window = "frmPlot_Arc1", .fileMenu = "nFile", .printSetup = "nPrintSetup", .print = "nPrint"},
-    {.window = "frmPlot_Arc2", .fileMenu = "m2File", .printSetup = "m2Printsetup", .print = "mPrint"}};
+constexpr const char* keys = "Return identifies the line at the cursor.";
+constexpr PlotWindowNames arcNames[] = {{},
+                                        {.window = "frmPlot_Arc1",
+                                         .plot = "Plot of Arc 1",
+                                         .keys = keys,
+                                         .fileMenu = "nFile",
+                                         .printSetup = "nPrintSetup",
+                                         .print = "nPrint"},
+                                        {.window = "frmPlot_Arc2",
+                                         .plot = "Plot of Arc 2",
+                                         .keys = keys,
+                                         .fileMenu = "m2File",
+                                         .printSetup = "m2Printsetup",
+                                         .print = "mPrint"}};
 constexpr const char* helpNames[] = {"", "Arc1Help", "mHelpArc2"};
 
 // Pixels on either side of a clicked line that its identification leaves uncovered.
@@ -45,12 +56,12 @@ void ArcWindow::AddMasks() {
   QPushButton* const load = NewButton("Command5", "Load Mask", [this] { companions_.loadMask(); });
   load->setToolTip("Load the lines of an arc that was identified before");
   maskName_ = new ElidedLabel("Label13");
+  SetMeaning(maskName_, "Mask");
   maskName_->setFixedWidth(maskName_->fontMetrics().horizontalAdvance("a_name_of_a_mask.dat"));
   applyMask_ = NewButton("Command6", "Apply Mask", [this] { desk().Do(this, steps::ApplyMask{word_}); });
-  maskStatus_ = NewLabel("Label15", {});
+  maskStatus_ = NewReadOut("Label15", "Status of the mask", doneText);
   QPushButton* const save = NewButton("Command4", "Save Mask", [this] { companions_.saveMask(); });
   save->setToolTip("Save the lines of this arc, to identify the same lines in another");
-  KeepRoomFor(maskStatus_, doneText);
   band().AddGroup({load, save, applyMask_, maskStatus_});
 }
 
@@ -60,20 +71,16 @@ void ArcWindow::AddFit() {
   deleteAll->setToolTip("Drop the wavelengths of all lines of this arc");
   QPushButton* const fit = NewButton("Command1", "Calc. Fit", [this] { CalculateFit(); });
   fit->setToolTip("Show the deviations of the lines from a straight line, and fit them");
-  deviationStatus_ = NewLabel("Label16", {});
-  KeepRoomFor(deviationStatus_, doneText);
+  deviationStatus_ = NewReadOut("Label16", "Status of the fit", doneText);
   band().AddGroup({deleteAll});
   band().AddGroup({fit, deviationStatus_});
 }
 
 void ArcWindow::AddReadOuts() {
-  column_ = NewLabel("Label7", {});
-  value_ = NewLabel("Label10", {});
-  wavelength_ = NewLabel("Label11", {});
+  column_ = NewReadOut("Label7", "Column pointed at", "000000");
+  value_ = NewReadOut("Label10", "Intensity pointed at", "00000000.00");
+  wavelength_ = NewReadOut("Label11", "Wavelength pointed at, in Angstroms", "00000.00");
   wavelength_->setToolTip("By the straight line through two or more identified lines");
-  KeepRoomFor(column_, "000000");
-  KeepRoomFor(value_, "00000000.00");
-  KeepRoomFor(wavelength_, "00000.00");
   band().AddGroup({NewLabel("Label5", "Column"), column_, NewLabel("Label9", "Intens."), value_,
                    NewLabel("Label12", "WaveL"), wavelength_, NewLabel("Label14", "(Ang.)")});
 }
@@ -84,6 +91,8 @@ void ArcWindow::AddButtons() {
   band().AddGroup({accept, NewButton("Command7", "Cancel", [this] { Return(); })});
   band().AddGroup({maskName_});
 }
+
+CursorTrack ArcWindow::Track() { return TrackOfPositions(Frame(), Pixels(session().slot[arc_])); }
 
 std::string ArcWindow::PictureName() const { return BaseName(DataName(session().slot[arc_])) + "_lines"; }
 

@@ -23,6 +23,7 @@ class ArcWindow : public PlotWindow {
  protected:
   std::optional<Drawing> Draw(WindowSize size) override;
   PlotFrame& Frame() override { return session().arc[arc_].plotFrame; }
+  CursorTrack Track() override;
   std::string PictureName() const override;
   void ShowState() override;
   bool Follow() override { return session().workflow.arc[arc_].plotEnabled; }

@@ -9,7 +9,10 @@
 namespace halmek {
 namespace {
 
-constexpr PlotWindowNames windowNames[] = {{}, {"frmPlot_WL_Diff1"}, {"frmPlot_WL_Diff2"}};
+constexpr const char* keys = "There is nothing to click here.";
+constexpr PlotWindowNames windowNames[] = {{},
+                                           {"frmPlot_WL_Diff1", "Plot of the deviations of Arc 1", keys},
+                                           {"frmPlot_WL_Diff2", "Plot of the deviations of Arc 2", keys}};
 
 constexpr int leastPower = 2, usualPower = 4;
 
@@ -26,6 +29,7 @@ DeviationWindow::DeviationWindow(Desk& desk, int arc)
 void DeviationWindow::AddFit() {
   power_ = new ChoiceBox("Combo1");
   power_->addItems({"Polyn. power 2", "Polyn. power 3", "Polyn. power 4", "Polyn. power 5"});
+  power_->setAccessibleName("Fitting function");
   power_->setToolTip("Of the next fit, and of the fit by which the object is corrected");
   connect(power_, &QComboBox::activated, this, [this](int index) {
     session().arc[arc_].fitPower = index + leastPower;
@@ -33,8 +37,7 @@ void DeviationWindow::AddFit() {
   });
   QPushButton* const fit = NewButton("Command1", "Fit Differences", [this] { Fit(); });
   fit->setToolTip("Fit the deviations with a polynomial of this power");
-  status_ = NewLabel("Label13", {});
-  KeepRoomFor(status_, doneText);
+  status_ = NewReadOut("Label13", "Status of the fit", doneText);
   QPushButton* const reset = NewButton("Command3", "Reset", [this] {
     ResetDeviations(session(), arc_);
     desk().RefreshViews();
@@ -45,13 +48,10 @@ void DeviationWindow::AddFit() {
 }
 
 void DeviationWindow::AddReadOuts() {
-  column_ = NewLabel("Label7", {});
-  value_ = NewLabel("Label10", {});
-  wavelength_ = NewLabel("Label14", {});
+  column_ = NewReadOut("Label7", "Column pointed at", "000000");
+  value_ = NewReadOut("Label10", "Deviation pointed at", "-00000.00");
+  wavelength_ = NewReadOut("Label14", "Wavelength pointed at, in Angstroms", "00000.00");
   wavelength_->setToolTip("By the straight line through the lines identified");
-  KeepRoomFor(column_, "000000");
-  KeepRoomFor(value_, "-00000.00");
-  KeepRoomFor(wavelength_, "00000.00");
   band().AddGroup({NewLabel("Label5", "Column"), column_, NewLabel("Label8", "Diff"), value_,
                    NewLabel("Label15", "WaveL"), wavelength_, NewLabel("Label16", "(Ang.)")});
 }
@@ -63,19 +63,18 @@ void DeviationWindow::AddButtons() {
 }
 
 void DeviationWindow::AddQuality() {
-  fitInWords_ = NewLabel("labelFit", {});
-  rms_ = NewLabel("labelRms", {});
+  fitInWords_ = NewReadOut("labelFit", "Fit", "power 0 not fitted yet; straight line through 00 lines");
+  rms_ = NewReadOut("labelRms", "Quality", "RMS 00.0000 Angstroms (00.000 pixels)");
   rms_->setToolTip("Root mean square of what is left, over lines less coefficients");
-  largest_ = NewLabel("labelLargest", {});
+  largest_ = NewReadOut("labelLargest", "Worst line", "largest -00.0000 at 0000.0000 Angstroms");
   largest_->setToolTip("The line that lies farthest off");
-  KeepRoomFor(fitInWords_, "power 0 not fitted yet; straight line through 00 lines");
-  KeepRoomFor(rms_, "RMS 00.0000 Angstroms (00.000 pixels)");
-  KeepRoomFor(largest_, "largest -00.0000 at 0000.0000 Angstroms");
   for (QLabel* label : {fitInWords_, rms_, largest_}) {
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     band().AddGroup({label});
   }
 }
+
+CursorTrack DeviationWindow::Track() { return TrackOfPositions(Frame(), Pixels(session().slot[arc_])); }
 
 std::string DeviationWindow::PictureName() const {
   return BaseName(DataName(session().slot[arc_])) + "_deviations";

@@ -17,6 +17,7 @@ class DeviationWindow : public PlotWindow {
  protected:
   std::optional<Drawing> Draw(WindowSize size) override;
   PlotFrame& Frame() override { return session().arc[arc_].deviationFrame; }
+  CursorTrack Track() override;
   std::string PictureName() const override;
   void ShowState() override;
   bool Follow() override;

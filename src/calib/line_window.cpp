@@ -13,6 +13,7 @@
 
 #include "calib/line_list.h"
 #include "numeric/number_prefix.h"
+#include "platform/accessible.h"
 #include "platform/placement.h"
 #include "platform/text.h"
 #include "steps/clicks.h"
@@ -29,10 +30,13 @@ QLabel* NewNumber(const char* name) {
 }
 
 // A caption, and its number at the right.
-void AddRow(QGridLayout& grid, QLabel* caption, QLabel* number) {
-  const int row = grid.rowCount();
-  grid.addWidget(caption, row, 0, 1, 2);
+void AddRow(QGridLayout& grid, int row, int column, QLabel* caption, QLabel* number) {
+  SetCaption(caption, number);
+  grid.addWidget(caption, row, column, 1, 2 - column);
   grid.addWidget(number, row, 2);
+}
+void AddRow(QGridLayout& grid, QLabel* caption, QLabel* number) {
+  AddRow(grid, grid.rowCount(), 0, caption, number);
 }
 
 }  // namespace
@@ -64,12 +68,9 @@ void LineWindow::AddLine(QGridLayout& grid) {
   centroid_ = NewNumber("Label5");
   error_ = NewNumber("Label16");
   grid.addWidget(NewLabel("Label2", "Column Number"), 1, 0);
-  grid.addWidget(NewLabel("Label4", "Max. Pix"), 1, 1);
-  grid.addWidget(peak_, 1, 2);
-  grid.addWidget(NewLabel("Label6", "Centroided"), 2, 1);
-  grid.addWidget(centroid_, 2, 2);
-  grid.addWidget(NewLabel("Label15", "Error"), 3, 1);
-  grid.addWidget(error_, 3, 2);
+  AddRow(grid, 1, 1, NewLabel("Label4", "Max. Pix"), peak_);
+  AddRow(grid, 2, 1, NewLabel("Label6", "Centroided"), centroid_);
+  AddRow(grid, 3, 1, NewLabel("Label15", "Error"), error_);
 }
 
 void LineWindow::AddWavelength(QGridLayout& grid) {
@@ -84,6 +85,7 @@ void LineWindow::AddWavelength(QGridLayout& grid) {
   wavelength_->setToolTip("The laboratory wavelength in Angstroms, from 3000 to 9000");
   table_ = new QScrollBar(Qt::Vertical);
   table_->setObjectName("VScroll1");
+  table_->setAccessibleName("Line of the wavelength table");
   table_->setFocusPolicy(Qt::StrongFocus);
   table_->setFixedHeight(2 * wavelength_->sizeHint().height());
   table_->setToolTip("The lines of the wavelength table; also with the arrow keys and the wheel");
@@ -95,6 +97,7 @@ void LineWindow::AddWavelength(QGridLayout& grid) {
     Walk(1);
   });
   name_ = new ElidedLabel("Label17");
+  SetMeaning(name_, "Name in the wavelength table");
   name_->setFixedWidth(wavelength_->width());
   auto* const box = new QVBoxLayout;
   box->setSpacing(2);
@@ -105,11 +108,12 @@ void LineWindow::AddWavelength(QGridLayout& grid) {
   choice->addStretch();
   choice->addLayout(box);
   choice->addWidget(table_);
-  state_ = NewLabel("labelState", {});
-  KeepRoomFor(state_, "This line is identified as 00000.00000.");
+  state_ = NewReadOut("labelState", "State", "This line is identified as 00000.00000.");
   auto* const captions = new QVBoxLayout;
   captions->setSpacing(2);
-  captions->addWidget(NewLabel("Label9", "Type Table Wavelength or Accept"));
+  QLabel* const caption = NewLabel("Label9", "Type Table Wavelength or Accept");
+  SetCaption(caption, wavelength_);
+  captions->addWidget(caption);
   captions->addWidget(state_);
   const int row = grid.rowCount();
   grid.addLayout(captions, row, 0, 1, 2);

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "files/failure.h"
+#include "platform/accessible.h"
 #include "platform/placement.h"
 #include "platform/text.h"
 #include "platform/twips.h"
@@ -107,18 +108,22 @@ void FileChooser::Arrange() {
   grid->addWidget(LabelOf(nameBox_, "Label1", "File Name:"), 0, 0);
   grid->addWidget(nameBox_, 1, 0);
   grid->addWidget(fileList_, 3, 0);
+  NameArea(fileList_, "Files");
   grid->addWidget(LabelOf(patternBox_, "Label2", "List Files of Type:"), 4, 0);
   grid->addWidget(patternBox_, 5, 0);
 
   grid->addWidget(LabelOf(folderList_, "Label3", "Directories:"), 0, 1);
   grid->addWidget(folderLabel_, 1, 1);
   grid->addWidget(folderList_, 3, 1);
+  NameArea(folderList_, "Directories");
+  SetMeaning(folderLabel_, "Directory shown");
   folderList_->setToolTip("A double-click or Return opens a folder, Backspace the one above");
   grid->addWidget(LabelOf(driveBox_, "Label5", "Drives:"), 4, 1);
   grid->addWidget(driveBox_, 5, 1);
 
   if (kind_.saves) {
     replaceNote_ = NewNote("labelExists", font());
+    SetMeaning(replaceNote_, "Note");
     grid->addWidget(replaceNote_, 2, 0, 1, 2);
   }
   if (!kind_.options.empty())

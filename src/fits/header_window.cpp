@@ -8,6 +8,7 @@
 
 #include "fits/header.h"
 #include "fits/header_page.h"
+#include "platform/accessible.h"
 #include "platform/placement.h"
 #include "platform/text.h"
 #include "platform/twips.h"
@@ -34,12 +35,15 @@ HeaderWindow::HeaderWindow(Desk& desk) : desk_(desk) {
   CloseOnEscape(*this);
   scroll_ = new QScrollBar(Qt::Vertical, this);
   scroll_->setObjectName("VScroll1");
+  scroll_->setAccessibleName("First card shown");
+  scroll_->setFocusPolicy(Qt::StrongFocus);
   connect(scroll_, &QScrollBar::valueChanged, this, [this] { ShowPage(); });
   cards_ = new PagedText(this, scroll_, PixelsOf(headerLineHeight));
   cards_->setObjectName("textCards");
-  cards_->setAccessibleName("Header cards");
+  NameArea(cards_, "Header cards");
   cards_->setPlaceholderText("This header has no cards.");
   scroll_->raise();
+  setTabOrder(cards_, scroll_);
   QPalette paper = palette();
   paper.setColor(QPalette::Window, paper.color(QPalette::Base));
   setPalette(paper);

@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/accessible.h"
+
 namespace halmek {
 
 EntryBox::EntryBox(const QString& name, QWidget* parent) : QLineEdit(parent) { setObjectName(name); }
@@ -71,6 +73,13 @@ void ElidedLabel::paintEvent(QPaintEvent*) {
                    fontMetrics().elidedText(text(), Qt::ElideMiddle, contentsRect().width()));
 }
 
+QLabel* NewReadOut(const QString& name, const QString& meaning, const char* widest) {
+  QLabel* const label = NewLabel(name, {});
+  SetMeaning(label, meaning);
+  KeepRoomFor(label, widest);
+  return label;
+}
+
 void KeepRoomFor(QLabel* label, const char* widest) {
   label->setMinimumWidth(label->fontMetrics().horizontalAdvance(widest));
 }
@@ -119,6 +128,13 @@ QPushButton* NewButton(const QString& name, const QString& caption, const std::f
   button->setObjectName(name);
   button->setAutoDefault(false);
   QObject::connect(button, &QPushButton::clicked, button, [action] { action(); });
+  return button;
+}
+
+QPushButton* NewButtonNamed(const QString& accessibleName, const QString& name, const QString& caption,
+                            const std::function<void()>& action) {
+  QPushButton* const button = NewButton(name, caption, action);
+  button->setAccessibleName(accessibleName);
   return button;
 }
 

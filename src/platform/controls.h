@@ -59,6 +59,10 @@ class ElidedLabel : public QLabel {
   void paintEvent(QPaintEvent* event) override;
 };
 
+// A label that shows a value: its meaning, for screen readers, and the room of the widest text that it will
+// show.
+QLabel* NewReadOut(const QString& name, const QString& meaning, const char* widest);
+
 // Gives a label the room of the widest text that it will show.
 void KeepRoomFor(QLabel* label, const char* widest);
 
@@ -78,5 +82,10 @@ QFont TitleFont(double scale);
 QLabel* NewLabel(const QString& name, const QString& text, QWidget* parent = nullptr);
 QPushButton* NewButton(const QString& name, const QString& caption, const std::function<void()>& action,
                        QWidget* parent = nullptr);
+
+// A button whose name for screen readers tells it from others of the same caption. Who speaks to the computer
+// says what is seen, so that the name begins with the caption's word.
+QPushButton* NewButtonNamed(const QString& accessibleName, const QString& name, const QString& caption,
+                            const std::function<void()>& action);
 
 }  // namespace halmek

@@ -5,6 +5,7 @@
 #include <new>
 #include <optional>
 
+#include "platform/accessible.h"
 #include "steps/perform.h"
 #include "steps/step_text.h"
 
@@ -34,6 +35,11 @@ std::string Joined(const Warnings& warnings) {
 }
 
 }  // namespace
+
+Desk::Desk(Session& session, Platform& platform)
+    : session_(session), platform_(platform), printing_(session.fileOperations) {
+  InstallAccessibility();
+}
 
 bool Desk::Do(QWidget* over, const std::vector<Step>& steps) {
   Warnings warnings;

@@ -24,8 +24,7 @@ class View {
 
 class Desk {
  public:
-  Desk(Session& session, Platform& platform)
-      : session_(session), platform_(platform), printing_(session.fileOperations) {}
+  Desk(Session& session, Platform& platform);
   Desk(const Desk&) = delete;
   Desk& operator=(const Desk&) = delete;
 

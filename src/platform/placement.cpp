@@ -33,6 +33,22 @@ int DistanceTo(const QRect& screen, const QPoint& point) {
   return (QPoint(x, y) - point).manhattanLength();
 }
 
+// The nearest of the screens, of which there must be one.
+QRect NearestTo(const QPoint& point, const QList<QRect>& screens) {
+  return *std::min_element(screens.begin(), screens.end(), [&](const QRect& a, const QRect& b) {
+    return DistanceTo(a, point) < DistanceTo(b, point);
+  });
+}
+
+// Moved until all of it is on the screen, or its upper left corner where it is too large.
+QRect MovedInto(const QRect& screen, QRect placed) {
+  placed.moveRight(std::min(placed.right(), screen.right()));
+  placed.moveBottom(std::min(placed.bottom(), screen.bottom()));
+  placed.moveLeft(std::max(placed.left(), screen.left()));
+  placed.moveTop(std::max(placed.top(), screen.top()));
+  return placed;
+}
+
 // The twips of a pixel position; those it came from where they give the same pixel.
 int16_t TwipsAt(int pixels, int16_t before) {
   if (PixelsOf(before) == pixels)
@@ -56,17 +72,20 @@ QSize InnerSize(const QSize& outer, const QWidget& window) {
           std::max(1, outer.height() - frame.top() - frame.bottom())};
 }
 
-// Where a window stands that was put at `placement`.
+// Where a window is seen that is put at a place; all of it, at the place where all windows begin.
+QRect SeenPlace(int left, int top, const QSize& size) {
+  const QRect seen = InSight({QPoint(PixelsOf(left), PixelsOf(top)), size}, Screens());
+  const bool isChosen = left != WindowPlacement{}.left || top != WindowPlacement{}.top;
+  return isChosen || Screens().isEmpty() ? seen : MovedInto(NearestTo(seen.topLeft(), Screens()), seen);
+}
+
 QRect SeenPlace(const WindowPlacement& placement, const QWidget& window) {
-  return InSight({QPoint(PixelsOf(placement.left), PixelsOf(placement.top)),
-                  window.size().grownBy(FrameMargins(window))},
-                 Screens());
+  return SeenPlace(placement.left, placement.top, window.size().grownBy(FrameMargins(window)));
 }
 
 QRect SeenPlace(const SizedPlacement& placement) {
-  return InSight({PixelsOf(placement.left), PixelsOf(placement.top), std::max(1, PixelsOf(placement.width)),
-                  std::max(1, PixelsOf(placement.height))},
-                 Screens());
+  return SeenPlace(placement.left, placement.top,
+                   {std::max(1, PixelsOf(placement.width)), std::max(1, PixelsOf(placement.height))});
 }
 
 }  // namespace
@@ -127,17 +146,9 @@ QRect InSight(const QRect& outer, const QList<QRect>& screens) {
     return outer;
   const bool isReachable = std::any_of(screens.begin(), screens.end(),
                                        [&](const QRect& screen) { return CanBeGrasped(outer, screen); });
-  const QRect screen = *std::min_element(screens.begin(), screens.end(), [&](const QRect& a, const QRect& b) {
-    return DistanceTo(a, outer.topLeft()) < DistanceTo(b, outer.topLeft());
-  });
-  QRect placed(outer.topLeft(), outer.size().boundedTo(screen.size()));
-  if (!isReachable) {
-    placed.moveRight(std::min(placed.right(), screen.right()));
-    placed.moveBottom(std::min(placed.bottom(), screen.bottom()));
-    placed.moveLeft(std::max(placed.left(), screen.left()));
-    placed.moveTop(std::max(placed.top(), screen.top()));
-  }
-  return placed;
+  const QRect screen = NearestTo(outer.topLeft(), screens);
+  const QRect placed(outer.topLeft(), outer.size().boundedTo(screen.size()));
+  return isReachable ? placed : MovedInto(screen, placed);
 }
 
 QRect ClearOf(const QRect& outer, const QRect& free, const QRect& screen) {
@@ -168,7 +179,8 @@ void BringToFront(QWidget& window) {
 }
 
 void FixOuterSize(QWidget& window, int width, int height) {
-  window.setFixedSize(InnerSize({PixelsOf(width), PixelsOf(height)}, window));
+  const QSize room = window.screen()->availableGeometry().size();
+  window.setFixedSize(InnerSize(QSize(PixelsOf(width), PixelsOf(height)).boundedTo(room), window));
 }
 
 void SetLeastOuterSize(QWidget& window, int width, int height) {

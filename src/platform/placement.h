@@ -18,7 +18,8 @@ QMargins FrameMargins(const QWidget& window);
 QSizeF OuterTwips(const QWidget& window);
 
 // Puts a window, and with a size sizes it, border and title bar included. One that would be out of sight is
-// moved back into it, and made no larger than its screen.
+// moved back into it, and made no larger than its screen; one whose place nobody has chosen yet is moved
+// until all of it is in sight.
 void Place(QWidget& window, const WindowPlacement& placement);
 void Place(QWidget& window, const SizedPlacement& placement);
 
@@ -41,7 +42,8 @@ QRect ClearOf(const QRect& outer, const QRect& free, const QRect& screen);
 // Shows a window, above the others and with the keyboard.
 void BringToFront(QWidget& window);
 
-// Keeps the outer size of a window at a fixed size or above a least one, in twips.
+// Keeps the outer size of a window at a fixed size, or that of a smaller screen, or above a least one, in
+// twips.
 void FixOuterSize(QWidget& window, int width, int height);
 void SetLeastOuterSize(QWidget& window, int width, int height);
 

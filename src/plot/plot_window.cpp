@@ -22,11 +22,15 @@ namespace {
 // Twips up from the lower edge of the layout to where the band of controls begins, below the axis title.
 constexpr int bandTop = 1550;
 
+constexpr const char* cursorKeys =
+    "Left and Right move the cursor by one, with Shift by ten, Home and End to the ends.  ";
+
 }  // namespace
 
 PlotWindow::PlotWindow(Desk& desk, const PlotWindowNames& names, SizedPlacement& placement)
     : desk_(desk),
       placement_(placement),
+      keys_(QString(cursorKeys) + names.keys),
       area_(new QWidget(this)),
       surface_(new PlotSurface(area_)),
       band_(new ControlBand(area_)) {
@@ -36,17 +40,25 @@ PlotWindow::PlotWindow(Desk& desk, const PlotWindowNames& names, SizedPlacement&
   area_->setMinimumSize(1, 1);
   area_->installEventFilter(this);
   AddFileMenu(names);
-  surface_->SetMouseHandlers({.move = [this](double x, double y) { MovePointer(x, y); },
-                              .leftClick = [this](double x, double y) { ClickLeft(x, y); },
-                              .rightClick = [this](double x, double y) { ClickRight(x, y); },
-                              .otherClick = [this](double x, double y) { ClickOther(x, y); },
-                              .leave = [this] { MovePointer(-1, -1); },
-                              .wheel = [this](QWheelEvent* event) { Wheel(event); },
-                              .toolTip = [this](double x, double y) { return ToolTipAt(x, y); }});
+  surface_->setAccessibleName(names.plot);
+  surface_->SetKeyHint(keys_);
+  surface_->SetHandlers(
+      {.move = [this](double x, double y) { MovePointer(x, y); },
+       .leftClick = [this](double x, double y) { ClickLeft(x, y); },
+       .rightClick = [this](double x, double y) { ClickRight(x, y); },
+       .otherClick = [this](double x, double y) { ClickOther(x, y); },
+       .leave = [this] { MovePointer(-1, -1); },
+       .wheel = [this](QWheelEvent* e) { Scroll(wheel_.Take(*e), e->modifiers()); },
+       .scroll = [this](int notches, Qt::KeyboardModifiers modifiers) { Scroll(notches, modifiers); },
+       .toolTip = [this](double x, double y) { return ToolTipAt(x, y); }});
   desk_.AddView(*this);
 }
 
-PlotWindow::~PlotWindow() { desk_.RemoveView(*this); }
+PlotWindow::~PlotWindow() {
+  desk_.RemoveView(*this);
+  // The surface may lose the keyboard as it goes, after what it would tell.
+  surface_->SetHandlers({});
+}
 
 void PlotWindow::AddFileMenu(const PlotWindowNames& names) {
   QMenu* const file = menuBar()->addMenu("File");
@@ -117,11 +129,30 @@ void PlotWindow::Refresh() {
 void PlotWindow::Redraw() {
   if (auto drawing = Draw(LayoutSize())) {
     setWindowTitle(Shown(drawing->caption));
-    surface_->Show(*std::move(drawing));
+    surface_->Show(*std::move(drawing), Track());
+    DescribePlot();
   }
   ArrangeParts();
   ShowState();
-  PointTo(pointerX_, pointerY_);
+  // The cursor stays on its column, the mouse at its place.
+  if (const auto cursor = surface_->cursor())
+    MovePointer(cursor->x, cursor->y);
+  else
+    PointTo(pointerX_, pointerY_);
+}
+
+void PlotWindow::DescribePlot() {
+  const PlotFrame& f = Frame();
+  const CursorTrack track = Track();
+  surface_->setAccessibleDescription(QString("%1: from %2 to %3, values from %4 to %5.  %6")
+                                         .arg(windowTitle(), QString::number(track.first),
+                                              QString::number(track.last), QString::number(f.yMin),
+                                              QString::number(f.yMax), keys_));
+}
+
+void PlotWindow::Scroll(int notches, Qt::KeyboardModifiers modifiers) {
+  if (QScrollBar* const bar = Scrolled(modifiers))
+    bar->setValue(bar->value() - notches * bar->singleStep());
 }
 
 void PlotWindow::MovePointer(double x, double y) {
@@ -182,20 +213,18 @@ void PlotWindow::ShowHint(QLabel* hint, const QString& text) {
                     size.height());
 }
 
-void PlotWindow::ScrollByWheel(const QWheelEvent* event, QScrollBar* bar) {
-  bar->setValue(bar->value() - wheel_.Take(*event) * bar->singleStep());
-}
-
-QScrollBar* PlotWindow::AddColumnScroll(const char* name) {
+QScrollBar* PlotWindow::AddColumnScroll(const char* name, const char* meaning) {
   columnScroll_ = new QScrollBar(Qt::Horizontal, area_);
   columnScroll_->setObjectName(name);
+  columnScroll_->setAccessibleName(meaning);
   columnScroll_->setFocusPolicy(Qt::StrongFocus);
   return columnScroll_;
 }
 
-QScrollBar* PlotWindow::AddRowScroll(const char* name) {
+QScrollBar* PlotWindow::AddRowScroll(const char* name, const char* meaning) {
   rowScroll_ = new QScrollBar(Qt::Vertical, area_);
   rowScroll_->setObjectName(name);
+  rowScroll_->setAccessibleName(meaning);
   rowScroll_->setFocusPolicy(Qt::StrongFocus);
   return rowScroll_;
 }

@@ -12,9 +12,12 @@
 
 namespace halmek {
 
-// The names by which a plot window and its menu are found.
+// The names by which a plot window and its menu are found; what a screen reader is told of its plot, and of
+// the keys in it beside those that move the cursor.
 struct PlotWindowNames {
   const char* window;
+  const char* plot;
+  const char* keys;
   const char* fileMenu = "mFile";
   const char* printSetup = "mPrintSetup";
   const char* print = "mPrint";
@@ -50,6 +53,9 @@ class PlotWindow : public QMainWindow, public View {
   virtual std::optional<Drawing> Draw(WindowSize size) = 0;
   virtual PlotFrame& Frame() = 0;
 
+  // The columns, or rows, on which the cursor of the keyboard can stand in what was drawn.
+  virtual CursorTrack Track() = 0;
+
   // The name proposed for a picture of the plot, without its ending.
   virtual std::string PictureName() const = 0;
 
@@ -69,7 +75,9 @@ class PlotWindow : public QMainWindow, public View {
   virtual void ClickRight(double, double) {}
   virtual void ClickOther(double, double) {}
   virtual QString ToolTipAt(double, double) { return {}; }
-  virtual void Wheel(QWheelEvent*) {}
+
+  // The scroll bar that the wheel and the keys Up and Down move; none where they do nothing.
+  virtual QScrollBar* Scrolled(Qt::KeyboardModifiers) { return nullptr; }
 
   // Draws anew.
   void Redraw();
@@ -83,13 +91,10 @@ class PlotWindow : public QMainWindow, public View {
   // A hint on the surface, on the line of the axis title.
   void ShowHint(QLabel* hint, const QString& text);
 
-  // Moves a scroll bar by its small change for each notch of the wheel.
-  void ScrollByWheel(const QWheelEvent* event, QScrollBar* bar);
-
-  // A scroll bar across the band, under the plot.
-  QScrollBar* AddColumnScroll(const char* name);
+  // A scroll bar across the band, under the plot, and what it moves.
+  QScrollBar* AddColumnScroll(const char* name, const char* meaning);
   // A scroll bar at the right edge, beside the plot.
-  QScrollBar* AddRowScroll(const char* name);
+  QScrollBar* AddRowScroll(const char* name, const char* meaning);
 
   void closeEvent(QCloseEvent* event) override;
   void moveEvent(QMoveEvent* event) override;
@@ -102,9 +107,12 @@ class PlotWindow : public QMainWindow, public View {
   void ArrangeParts();
   void Resized();
   void MovePointer(double x, double y);
+  void Scroll(int notches, Qt::KeyboardModifiers modifiers);
+  void DescribePlot();
 
   Desk& desk_;
   SizedPlacement& placement_;
+  QString keys_;   // what is read of the keys
   QWidget* area_;  // everything below the menu bar
   PlotSurface* surface_;
   ControlBand* band_;

@@ -1,8 +1,6 @@
 // The column slice's window.
 #include "reduce/column_slice_window.h"
 
-#include <QWheelEvent>
-
 #include "platform/text.h"
 #include "reduce/column_slice.h"
 #include "steps/clicks.h"
@@ -13,10 +11,15 @@ namespace {
 constexpr const char* markHint =
     " Left-click to select range for aperture; Right-click to select each range for background fitting.";
 
+constexpr PlotWindowNames names{.window = "frmPlot_Column",
+                                .plot = "Plot of a column",
+                                .keys =
+                                    "Return marks an end of the aperture, Shift+Return an end of a "
+                                    "background range, Up and Down change the column."};
+
 }  // namespace
 
-ColumnSliceWindow::ColumnSliceWindow(Desk& desk)
-    : PlotWindow(desk, PlotWindowNames{"frmPlot_Column"}, desk.session().plotColumn) {
+ColumnSliceWindow::ColumnSliceWindow(Desk& desk) : PlotWindow(desk, names, desk.session().plotColumn) {
   AddScroll();
   AddSelectionControls();
   AddScaleControls();
@@ -27,7 +30,7 @@ ColumnSliceWindow::ColumnSliceWindow(Desk& desk)
 }
 
 void ColumnSliceWindow::AddScroll() {
-  columns_ = AddColumnScroll("HScroll1");
+  columns_ = AddColumnScroll("HScroll1", "Column to plot");
   connect(columns_, &QScrollBar::valueChanged, this, [this](int value) {
     session().slice.sliceColumn = value;
     Redraw();
@@ -35,7 +38,7 @@ void ColumnSliceWindow::AddScroll() {
 }
 
 void ColumnSliceWindow::AddSelectionControls() {
-  QPushButton* const clearMarks = NewButton("Command1", "Clear", [this] {
+  QPushButton* const clearMarks = NewButtonNamed("Clear apertures", "Command1", "Clear", [this] {
     ClearSelection(session());
     desk().RefreshViews();
   });
@@ -45,10 +48,11 @@ void ColumnSliceWindow::AddSelectionControls() {
   power_ = new ChoiceBox("Combo1");
   power_->addItems(
       {"Power 0 - Median (Horiz.)", "Power 1 - Line with slope", "Power 2 - Parabolic", "Power 3 - Cubic"});
+  power_->setAccessibleName("Background function");
   power_->setToolTip("What the background of each column is fitted by");
   connect(power_, &QComboBox::activated, this,
           [this](int index) { session().background.backgroundPower = index; });
-  QPushButton* const clearFit = NewButton("Command3", "Clear", [this] {
+  QPushButton* const clearFit = NewButtonNamed("Clear the background fit", "Command3", "Clear", [this] {
     ClearBackgroundFit(session());
     desk().RefreshViews();
   });
@@ -72,16 +76,12 @@ void ColumnSliceWindow::AddScaleControls() {
 }
 
 void ColumnSliceWindow::AddReadOuts() {
-  column_ = NewLabel("Label13", {});
-  row_ = NewLabel("Label7", {});
-  value_ = NewLabel("Label10", {});
-  KeepRoomFor(column_, "0000");
-  KeepRoomFor(row_, "000000");
-  KeepRoomFor(value_, "00000000.00");
+  column_ = NewReadOut("Label13", "Column shown", "0000");
+  row_ = NewReadOut("Label7", "Row pointed at", "000000");
+  value_ = NewReadOut("Label10", "Pixel value pointed at", "00000000.00");
   band().AddGroup({NewLabel("Label12", "Col"), column_, NewLabel("Label5", "Row"), row_,
                    NewLabel("Label9", "Pix val."), value_});
-  marks_ = NewLabel("labelMarks", {});
-  KeepRoomFor(marks_, "Aperture 000 to 000   Background 000 to 000, 000 to 000");
+  marks_ = NewReadOut("labelMarks", "Rows marked", "Aperture 000 to 000   Background 000 to 000, 000 to 000");
   band().AddGroup({marks_});
 }
 
@@ -127,7 +127,8 @@ void ColumnSliceWindow::ClickRight(double x, double y) {
   Redraw();
 }
 
-void ColumnSliceWindow::Wheel(QWheelEvent* event) { ScrollByWheel(event, columns_); }
+// Early in a row's step both buttons mean this row.
+CursorTrack ColumnSliceWindow::Track() { return TrackOfSteps(Frame(), 1, Rows(session()), 0.25); }
 
 void ColumnSliceWindow::Fit() {
   std::vector<Step> steps;

@@ -16,13 +16,14 @@ class ColumnSliceWindow : public PlotWindow {
  protected:
   std::optional<Drawing> Draw(WindowSize size) override;
   PlotFrame& Frame() override { return session().slice.colFrame; }
+  CursorTrack Track() override;
   std::string PictureName() const override;
   void ShowState() override;
   bool Follow() override;
   void PointTo(double x, double y) override;
   void ClickLeft(double x, double y) override;
   void ClickRight(double x, double y) override;
-  void Wheel(QWheelEvent* event) override;
+  QScrollBar* Scrolled(Qt::KeyboardModifiers) override { return columns_; }
 
  private:
   void AddSelectionControls();

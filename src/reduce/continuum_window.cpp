@@ -6,6 +6,7 @@
 
 #include "files/whole_number.h"
 #include "numeric/number_prefix.h"
+#include "platform/accessible.h"
 #include "platform/text.h"
 #include "reduce/continuum.h"
 #include "steps/clicks.h"
@@ -16,6 +17,10 @@ namespace {
 constexpr const char* pointsHint =
     "In manual fit mode, use left mouse button to select points for fit, right to delete.";
 
+constexpr PlotWindowNames names{.window = "frmPlot_Continuum",
+                                .plot = "Plot of the spectrum",
+                                .keys = "In manual fit mode Return adds a point, Shift+Return deletes one."};
+
 constexpr int leastPower = 2;
 
 // What is typed, rounded down, for as long as it is typed; the fit will say what is wrong with it.
@@ -25,12 +30,12 @@ int IntervalWhileTyped(const QString& text) {
 
 }  // namespace
 
-ContinuumWindow::ContinuumWindow(Desk& desk)
-    : PlotWindow(desk, PlotWindowNames{"frmPlot_Continuum"}, desk.session().plotContinuum) {
+ContinuumWindow::ContinuumWindow(Desk& desk) : PlotWindow(desk, names, desk.session().plotContinuum) {
   AddFitControls();
   AddButtons();
   AddReadOuts();
   hint_ = surface().AddLabel("labelHint", pointsHint);
+  SetMeaning(hint_, "Hint");
 }
 
 void ContinuumWindow::AddFitControls() {
@@ -51,13 +56,17 @@ void ContinuumWindow::AddFitControls() {
   interval_->setText("10");
   connect(interval_, &QLineEdit::textChanged, this,
           [this](const QString& text) { session().continuum.continuumInterval = IntervalWhileTyped(text); });
-  band().AddGroup({NewLabel("Label14", "Sample"), NewLabel("Label12", "Interval"), interval_});
+  QLabel* const interval = NewLabel("Label12", "Interval");
+  SetCaption(interval, interval_);
+  band().AddGroup({NewLabel("Label14", "Sample"), interval, interval_});
 
   power_ = new ChoiceBox("Combo1");
   power_->addItems({"Polyn. power 2", "Polyn. power 3", "Polyn. power 4", "Polyn. power 5"});
   connect(power_, &QComboBox::activated, this,
           [this](int index) { session().continuum.continuumPower = index + leastPower; });
-  band().AddGroup({NewLabel("Label11", "Bkgd Fitting Function"), power_});
+  QLabel* const function = NewLabel("Label11", "Bkgd Fitting Function");
+  SetCaption(function, power_);
+  band().AddGroup({function, power_});
 }
 
 void ContinuumWindow::AddButtons() {
@@ -90,11 +99,13 @@ void ContinuumWindow::AddButtons() {
 }
 
 void ContinuumWindow::AddReadOuts() {
-  column_ = NewLabel("Label7", {});
-  value_ = NewLabel("Label10", {});
-  KeepRoomFor(column_, "000000");
-  KeepRoomFor(value_, "00000000.00");
+  column_ = NewReadOut("Label7", "Column pointed at", "000000");
+  value_ = NewReadOut("Label10", "Intensity pointed at", "00000000.00");
   band().AddGroup({NewLabel("Label5", "Column"), column_, NewLabel("Label9", "Intens."), value_});
+}
+
+CursorTrack ContinuumWindow::Track() {
+  return TrackOfPositions(Frame(), Pixels(session().slot[slots::spectrum]));
 }
 
 std::string ContinuumWindow::PictureName() const { return BaseName(session().crunchFile) + "_continuum"; }

@@ -16,6 +16,7 @@ class ContinuumWindow : public PlotWindow {
  protected:
   std::optional<Drawing> Draw(WindowSize size) override;
   PlotFrame& Frame() override { return session().continuum.contFrame; }
+  CursorTrack Track() override;
   std::string PictureName() const override;
   void ShowState() override;
   void Loading() override;

@@ -4,18 +4,26 @@
 #include <QAction>
 #include <QMenu>
 #include <QMenuBar>
-#include <QWheelEvent>
 
 #include "files/whole_number.h"
+#include "platform/accessible.h"
 #include "platform/text.h"
 #include "reduce/row_plot.h"
 #include "reduce/zap.h"
 #include "steps/clicks.h"
 
 namespace halmek {
+namespace {
 
-RowPlotWindow::RowPlotWindow(Desk& desk)
-    : PlotWindow(desk, PlotWindowNames{"frmPlot_Row"}, desk.session().plotRow) {
+constexpr PlotWindowNames names{
+    .window = "frmPlot_Row",
+    .plot = "Plot of a row",
+    .keys =
+        "Return marks an end of the zoom, Shift+Return selects a pixel to zap, Up and Down change the row."};
+
+}  // namespace
+
+RowPlotWindow::RowPlotWindow(Desk& desk) : PlotWindow(desk, names, desk.session().plotRow) {
   AddOptionsMenu();
   AddControls();
 }
@@ -31,12 +39,12 @@ void RowPlotWindow::AddOptionsMenu() {
 }
 
 void RowPlotWindow::AddControls() {
-  rows_ = AddRowScroll("VScroll1");
+  rows_ = AddRowScroll("VScroll1", "Row to plot");
   connect(rows_, &QScrollBar::valueChanged, this, [this](int value) {
     ScrollRows(session().rowPlot, value, Rows(session()));
     Redraw();
   });
-  columns_ = AddColumnScroll("HScroll1");
+  columns_ = AddColumnScroll("HScroll1", "Middle of the columns shown");
   connect(columns_, &QScrollBar::valueChanged, this, [this](int value) {
     ScrollColumns(session().rowPlot, value, Columns(session()));
     Redraw();
@@ -55,17 +63,16 @@ void RowPlotWindow::AddControls() {
   neighbours_->setText(QString::number(session().rowPlot.zapNeighbours));
   QLabel* const meanOf = NewLabel("Label14", "Mean of ..");
   meanOf->setToolTip(neighbours_->toolTip());
+  SetCaption(meanOf, neighbours_);
   QPushButton* const undo = NewButton("Command6", "Undo", [this] { Undo(); });
   undo->setToolTip("Put back the pixels of the last zap");
   deselect->setToolTip("Drop the pixels selected and a zoom begun");
 
   hint_ = surface().AddLabel("Label16", rowPlotHint);
-  row_ = NewLabel("Label7", {});
-  column_ = NewLabel("Label13", {});
-  value_ = NewLabel("Label10", {});
-  KeepRoomFor(row_, "00000");
-  KeepRoomFor(column_, "000000");
-  KeepRoomFor(value_, "00000000.00");
+  SetMeaning(hint_, "Hint");
+  row_ = NewReadOut("Label7", "Row shown", "00000");
+  column_ = NewReadOut("Label13", "Column pointed at", "000000");
+  value_ = NewReadOut("Label10", "Pixel value pointed at", "00000000.00");
   band().AddGroup({NewLabel("Label11", "Zoom"), zoomButton("Command1", "IN", &ZoomIn),
                    zoomButton("Command2", "Out", &ZoomOut),
                    zoomButton("Command3", "Full row", &ShowFullRow)});
@@ -133,8 +140,13 @@ void RowPlotWindow::ClickRight(double x, double y) {
   Redraw();
 }
 
-void RowPlotWindow::Wheel(QWheelEvent* event) {
-  ScrollByWheel(event, event->modifiers() & Qt::ShiftModifier ? columns_ : rows_);
+// A click in the later half of a column's step means this column for the zap and, as an edge, for the zoom.
+CursorTrack RowPlotWindow::Track() {
+  return TrackOfSteps(Frame(), Frame().firstColumn, Frame().lastColumn, 0.75);
+}
+
+QScrollBar* RowPlotWindow::Scrolled(Qt::KeyboardModifiers modifiers) {
+  return modifiers & Qt::ShiftModifier ? columns_ : rows_;
 }
 
 void RowPlotWindow::ZapSelection() {

@@ -13,6 +13,7 @@ class RowPlotWindow : public PlotWindow {
  protected:
   std::optional<Drawing> Draw(WindowSize size) override;
   PlotFrame& Frame() override { return session().rowPlot.rowFrame; }
+  CursorTrack Track() override;
   std::string PictureName() const override;
   void ShowState() override;
   bool Follow() override;
@@ -20,7 +21,7 @@ class RowPlotWindow : public PlotWindow {
   void PointTo(double x, double y) override;
   void ClickLeft(double x, double y) override;
   void ClickRight(double x, double y) override;
-  void Wheel(QWheelEvent* event) override;
+  QScrollBar* Scrolled(Qt::KeyboardModifiers modifiers) override;
 
  private:
   void AddOptionsMenu();
