@@ -1,7 +1,6 @@
 // halmek: reductions at the screen.
 #include <CLI/CLI.hpp>
 #include <QApplication>
-#include <QIcon>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -11,6 +10,7 @@
 #include "app/main_window.h"
 #include "files/process.h"
 #include "platform/desk.h"
+#include "platform/installed.h"
 #include "steps/start_up.h"
 
 namespace {
@@ -31,6 +31,7 @@ int RunWindows(int argc, char** argv, const std::string& frame) {
   QApplication::setApplicationName("halmek");
   QApplication::setApplicationDisplayName("");
   QApplication::setDesktopFileName("halmek");
+  QApplication::setWindowIcon(halmek::ProgramIcon());
   QApplication::setQuitOnLastWindowClosed(false);
 
   const auto session = std::make_unique<halmek::Session>();

@@ -1,12 +1,15 @@
 // The actions of the main window.
 #include "app/main_actions.h"
 
+#include <QDesktopServices>
+#include <QUrl>
 #include <filesystem>
 
 #include "calib/arc_plot.h"
 #include "dialogs/chooser_kinds.h"
 #include "files/atomic_write.h"
 #include "files/whole_number.h"
+#include "platform/installed.h"
 #include "platform/text.h"
 #include "reduce/bad_column.h"
 #include "reduce/column_slice.h"
@@ -272,6 +275,13 @@ void Actions::RunRecipe() {
 }
 
 void Actions::ShowHelp(HelpTopic topic) { Made(help_, desk_).Open(topic); }
+
+void Actions::ShowManual() {
+  const QString page = ManualPage();
+  if (!QDesktopServices::openUrl(QUrl::fromLocalFile(page)))
+    desk_.Tell(mainWindow_,
+               "Sorry, no program that shows web pages was found.  The manual is " + Typed(page) + ".");
+}
 
 void Actions::ShowAbout() { Made(about_, desk_).Open(); }
 

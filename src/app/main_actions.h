@@ -69,6 +69,7 @@ class Actions {
   void RunRecipe();
 
   void ShowHelp(HelpTopic topic);
+  void ShowManual();
   void ShowAbout();
 
  private:

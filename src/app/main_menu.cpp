@@ -7,6 +7,8 @@
 #include <QMenuBar>
 #include <functional>
 
+#include "platform/installed.h"
+
 namespace halmek {
 namespace {
 
@@ -66,6 +68,8 @@ void AddHelpMenu(QMainWindow& window, Actions& actions) {
   help.Item("mPartIHelp", "Part I Help", show(HelpTopic::part1));
   help.Item("mPartIIHelp", "Part II Help", show(HelpTopic::part2));
   help.Separator();
+  if (!ManualPage().isEmpty())
+    help.Item("mManual", "Manual", [&] { actions.ShowManual(); });
   help.Item("mAbout", "About", [&] { actions.ShowAbout(); });
 }
 

@@ -8,6 +8,7 @@
 #include <set>
 #include <string_view>
 
+#include "platform/installed.h"
 #include "platform/text.h"
 
 namespace halmek {
@@ -43,7 +44,10 @@ std::vector<Drive> Drives() {
     // Containers mount single files, too.
     if (QFileInfo(volume.rootPath()).isDir())
       mounts.push_back({Typed(volume.rootPath()), volume.fileSystemType().toStdString()});
-  return DrivesOf(Typed(QDir::homePath()), mounts);
+  std::vector<Drive> drives = DrivesOf(Typed(QDir::homePath()), mounts);
+  if (const std::string installed = InstalledFolder(); !installed.empty())
+    drives.push_back({"Halmek's own (" + installed + ")", installed});
+  return drives;
 }
 
 std::vector<Drive> DrivesOf(const std::string& home, const std::vector<Mount>& mounts) {

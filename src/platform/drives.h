@@ -1,4 +1,5 @@
-// The "drives" of a file chooser: the home folder and the mounted file systems.
+// The "drives" of a file chooser: the home folder, the mounted file systems, and what is installed with
+// Halmek.
 #pragma once
 
 #include <string>
@@ -16,7 +17,8 @@ struct Mount {
   std::string folder, type;
 };
 
-// The home folder and the file systems on which files may lie, as they are now.
+// The home folder and the file systems on which files may lie, as they are now; and the folder of the
+// wavelength tables and the sample night, where they are installed.
 std::vector<Drive> Drives();
 
 // The same of given mounts, by path: the root is always there, those that hold no files of anybody are left
