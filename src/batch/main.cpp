@@ -79,14 +79,30 @@ Variables VariablesOf(const std::vector<std::string>& assignments) {
 }
 
 // A file that cannot be written is better known before the run than after it.
-void RequireFolderOf(const std::string& file) {
+void RequireWritable(const std::string& file) {
   if (file.empty())
     return;
   const std::filesystem::path path = std::filesystem::absolute(file);
-  if (std::filesystem::is_character_file(path))
+  std::error_code ignored;
+  if (std::filesystem::is_character_file(path, ignored))
     return;
+  const auto refuse = [&](const halmek::Failure& failure) {
+    throw halmek::NotUnderstood(halmek::FailureLine(file, failure));
+  };
+  if (std::filesystem::is_directory(path, ignored))
+    refuse(halmek::RunTimeError(halmek::run_time_error::pathAccess, "it is a folder"));
   if (access(path.parent_path().c_str(), W_OK | X_OK) != 0)
-    throw halmek::NotUnderstood(halmek::FailureLine(file, halmek::ErrorFromSystem(errno, path.string())));
+    refuse(halmek::ErrorFromSystem(errno, path.string()));
+}
+
+// A slip of the hand must not put a page in the place of a frame.
+void RequireReportName(const std::string& file) {
+  std::error_code ignored;
+  const std::string ending = std::filesystem::path(file).extension().string();
+  if (!file.empty() && ending != ".html" && ending != ".htm" &&
+      !std::filesystem::is_character_file(file, ignored))
+    throw halmek::NotUnderstood("a report's name must end in .html, not '" + file + "'");
+  RequireWritable(file);
 }
 
 void WriteText(const std::string& file, const std::string& text) {
@@ -97,18 +113,17 @@ void WriteText(const std::string& file, const std::string& text) {
   }
 }
 
-void WriteReport(const Options& options, const std::string& recipe,
-                 const std::vector<halmek::batch::Ran>& runs) {
+void WriteReport(const Options& options, const std::string& recipe, const halmek::batch::AllRan& all) {
   if (!options.report.empty())
-    WriteText(options.report, halmek::batch::ReportPage(options.recipe, recipe, runs));
+    WriteText(options.report, halmek::batch::ReportPage(options.recipe, recipe, all));
 }
 
 // One run, whose steps are printed as they come.
 int RunOnce(const Options& options, const std::string& recipe, const Variables& variables) {
   halmek::batch::Job job = halmek::batch::JobOf(options.recipe, recipe, variables);
   job.drawsFigures = !options.report.empty();
-  RequireFolderOf(options.journal);
-  RequireFolderOf(options.report);
+  RequireWritable(options.journal);
+  RequireReportName(options.report);
   auto result = halmek::batch::Run(
       job, {[](const std::string& line) {
               std::puts(line.c_str());
@@ -117,10 +132,22 @@ int RunOnce(const Options& options, const std::string& recipe, const Variables& 
             [](const std::string& warning) { std::fprintf(stderr, "warning: %s\n", warning.c_str()); }});
   if (!result.succeeded)
     std::fprintf(stderr, "%s\n", result.failure.c_str());
-  if (!options.journal.empty())
-    WriteText(options.journal, result.journal);
   const int status = result.succeeded ? 0 : statusRefused;
-  WriteReport(options, recipe, {{halmek::LeafName(options.recipe), std::move(result)}});
+  const std::string journal = std::move(result.journal);
+  std::string name = halmek::LeafName(options.recipe);
+  for (const std::string& assignment : options.assignments)
+    name += " " + assignment;
+  // The one is written although the other cannot be.
+  std::string failure;
+  try {
+    WriteReport(options, recipe, {{{name, std::move(result)}}, {}});
+  } catch (const std::runtime_error& error) {
+    failure = error.what();
+  }
+  if (!options.journal.empty())
+    WriteText(options.journal, journal);
+  if (!failure.empty())
+    throw std::runtime_error(failure);
   return status;
 }
 
@@ -150,11 +177,11 @@ int RunForEach(const Options& options, const std::string& recipe, Variables vari
   }
   if (!UsesVariable(recipe, variables, name))
     return Complain("the recipe does not use $" + name);
-  RequireFolderOf(options.report);
-  const halmek::batch::ManyRan ran = halmek::batch::RunMany(values, jobs, options.jobs);
-  std::printf("\n%s", halmek::batch::SummaryTable(ran.runs).c_str());
-  WriteReport(options, recipe, ran.runs);
-  return ran.failed ? statusRefused : 0;
+  RequireReportName(options.report);
+  const halmek::batch::AllRan all = halmek::batch::RunMany(values, jobs, options.jobs);
+  std::printf("\n%s", halmek::batch::SummaryTable(all).c_str());
+  WriteReport(options, recipe, all);
+  return halmek::batch::HaveFailed(all) ? statusRefused : 0;
 }
 
 // Output that could not be written is a failure, too.

@@ -32,18 +32,20 @@ class Reporter {
     ShowBar();
   }
 
-  // Says which files were written by more than one run, of which only the last remains.
-  ManyRan Finish() {
+  // Complains of files that several runs wrote, and hands over all results.
+  AllRan Finish() {
     HideBar();
-    ComplainOfOverwritten();
-    ManyRan ran{{}, failed_};
+    AllRan all{{}, Overwritten()};
+    for (const std::string& sentence : all.overwritten)
+      Complain(sentence);
     for (size_t i = 0; i < results_.size(); ++i)
-      ran.runs.push_back({names_[i], std::move(*results_[i])});
-    return ran;
+      all.runs.push_back({names_[i], std::move(*results_[i])});
+    return all;
   }
 
  private:
-  void ComplainOfOverwritten() {
+  std::vector<std::string> Overwritten() const {
+    std::vector<std::string> sentences;
     std::map<std::string, std::string> writers;
     for (size_t i = 0; i < results_.size(); ++i) {
       std::vector<std::string> written;
@@ -53,12 +55,12 @@ class Reporter {
       written.erase(std::unique(written.begin(), written.end()), written.end());
       for (const std::string& file : written) {
         const auto [earlier, isNew] = writers.emplace(file, names_[i]);
-        if (isNew)
-          continue;
-        Complain(file + ": written for " + earlier->second + " and for " + names_[i] +
-                 "; only one of them is left");
+        if (!isNew)
+          sentences.push_back(file + ": written for " + earlier->second + " and for " + names_[i] +
+                              "; only one of them is left");
       }
     }
+    return sentences;
   }
 
   void Print(const std::string& file, const JobResult& result) {
@@ -72,10 +74,7 @@ class Reporter {
     }
   }
 
-  void Complain(const std::string& text) {
-    std::fprintf(stderr, "%s\n", Printable(text).c_str());
-    failed_ = true;
-  }
+  static void Complain(const std::string& text) { std::fprintf(stderr, "%s\n", Printable(text).c_str()); }
 
   static std::string Names(const std::vector<std::string>& files) {
     std::string names;
@@ -103,13 +102,12 @@ class Reporter {
   std::mutex mutex_;
   size_t finished_ = 0;
   size_t printed_ = 0;
-  bool failed_ = false;
   const bool showsBar_;
 };
 
 }  // namespace
 
-ManyRan RunMany(const std::vector<std::string>& names, const std::vector<Job>& jobs, int atOnce) {
+AllRan RunMany(const std::vector<std::string>& names, const std::vector<Job>& jobs, int atOnce) {
   Reporter reporter(names, jobs.size());
   std::mutex mutex;
   size_t next = 0;

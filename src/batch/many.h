@@ -8,14 +8,9 @@
 
 namespace halmek::batch {
 
-// How many runs ended.
-struct ManyRan {
-  std::vector<Ran> runs;  // in the order of their names
-  bool failed = false;    // one of them did, or two wrote the same file
-};
-
 // Runs one job for each name, at most `atOnce` at a time. Prints one line for each, in their order, and a
-// progress bar where standard error is a terminal. A failing run does not stop the others.
-ManyRan RunMany(const std::vector<std::string>& names, const std::vector<Job>& jobs, int atOnce);
+// progress bar where standard error is a terminal. A failing run does not stop the others, which
+// come in the order of their names.
+AllRan RunMany(const std::vector<std::string>& names, const std::vector<Job>& jobs, int atOnce);
 
 }  // namespace halmek::batch

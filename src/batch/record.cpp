@@ -15,6 +15,7 @@
 #include "reduce/column_slice.h"
 #include "reduce/continuum.h"
 #include "reduce/signal_to_noise.h"
+#include "steps/slot_names.h"
 
 namespace halmek::batch {
 namespace {
@@ -60,8 +61,9 @@ int TellingColumn(const Slot& slot) {
 }
 
 std::string ObjectOf(const Session& s) {
+  // A load that failed leaves a name of a file, but none of an object.
   for (const int slot : {slots::object, slots::spectrum, slots::frame})
-    if (!s.slot[slot].fileName.empty())
+    if (!s.slot[slot].objectName.empty())
       return s.slot[slot].objectName.substr(0, s.slot[slot].objectName.find_last_not_of(' ') + 1);
   return {};
 }
@@ -83,12 +85,15 @@ struct Recorder::Look {
   Session& session;
 
   void operator()(const steps::Load& load) const {
+    if (load.what == "arc1" || load.what == "arc2")
+      ++recorder.generation_[SlotNamed(load.what)];
     if (load.what != "object")
       return;
     recorder.record_.summary.signalToNoise = SignalToNoiseOf(session.slot[slots::object]);
     recorder.objectMeasured_ = true;
   }
   void operator()(const steps::Crunch&) const {
+    ++recorder.generation_[slots::spectrum];
     if (!recorder.objectMeasured_)
       recorder.record_.summary.signalToNoise = SignalToNoiseOf(session.slot[slots::spectrum]);
     recorder.ShowSlice(session);
@@ -115,15 +120,17 @@ void Recorder::AtEnd(Session& session) {
   }
 }
 
-// Adds the plot that `draw` returns, in the place of an earlier one of the same. What cannot be drawn is no
-// failure of the run.
-void Recorder::Show(const std::string& of, const std::string& found, const std::function<Drawing()>& draw) {
+// Adds the plot that `draw` returns, in the place of an earlier one of the same while the slot holds what it
+// held then. What cannot be drawn is no failure of the run.
+void Recorder::Show(int slot, const std::string& of, const std::string& found,
+                    const std::function<Drawing()>& draw) {
   if (!drawsFigures_)
     return;
   try {
-    Figure figure{of, found, InlineSvgOf(draw())};
-    const auto earlier = std::find_if(record_.figures.begin(), record_.figures.end(),
-                                      [&](const Figure& f) { return f.of == of; });
+    Figure figure{of, found, InlineSvgOf(draw()), generation_[slot]};
+    const auto earlier = std::find_if(record_.figures.begin(), record_.figures.end(), [&](const Figure& f) {
+      return f.of == of && f.generation == figure.generation;
+    });
     if (earlier == record_.figures.end())
       record_.figures.push_back(std::move(figure));
     else
@@ -140,7 +147,7 @@ void Recorder::ShowSlice(Session& s) {
   slice.sliceColumn = TellingColumn(s.slot[slots::spectrum]);
   slice.apertureState = Slice::apertureSet;
   slice.backgroundClicks = 4;
-  Show("Slice of " + DataName(s.slot[slots::frame]),
+  Show(slots::spectrum, "Slice of " + DataName(s.slot[slots::frame]),
        "column " + std::to_string(slice.sliceColumn) + ", aperture " +
            Rows(slice.apertureFirstRow, slice.apertureLastRow) + ", background of power " +
            std::to_string(s.background.fittedPower) + " through " +
@@ -156,7 +163,7 @@ void Recorder::ShowContinuum(Session& s) {
   const Kept spectrum(slot.spectrum);
   slot.spectrum = slot.spectrumWork;
   s.continuum.fitUsed = false;
-  Show("Continuum of " + s.crunchFile,
+  Show(slots::spectrum, "Continuum of " + s.crunchFile,
        "power " + std::to_string(s.continuum.fittedPower) + " through " +
            Count(static_cast<int>(s.continuum.fittedClicks.size()), "point"),
        [&] { return PlotContinuum(s, {}); });
@@ -166,12 +173,13 @@ void Recorder::ShowArc(Session& s, int a) {
   const Kept arc(s.arc[a]);
   const Kept estimate(s.estimatedWavelength);
   const std::string& name = DataName(s.slot[a]);
-  Show("Arc " + name, Count(s.arc[a].LineCount, "line") + " identified", [&] { return PlotArc(s, a, {}); });
+  Show(a, "Arc " + name, Count(s.arc[a].LineCount, "line") + " identified",
+       [&] { return PlotArc(s, a, {}); });
   if (s.arc[a].LineCount < 3)
     return;
   ComputeDeviations(s, a);
   const FitInWords words = DescribeFit(s.arc[a]);
-  Show("Deviations of " + name,
+  Show(a, "Deviations of " + name,
        words.fit + (words.rms.empty() ? "" : ", " + words.rms + ", " + words.largest),
        [&] { return PlotDeviations(s, a, {}); });
 }

@@ -1,6 +1,7 @@
 // What a run leaves to be looked at when it is over: the numbers of its summary and the plots of its report.
 #pragma once
 
+#include <array>
 #include <functional>
 #include <optional>
 #include <string>
@@ -28,9 +29,10 @@ struct Summary {
 
 // A plot for the report.
 struct Figure {
-  std::string of;     // what is plotted, as in "Slice of star1.fts": no two of a run show the same
-  std::string found;  // what there is to be said of it
-  std::string svg;    // an element of an HTML page
+  std::string of;      // what is plotted, as in "Slice of star1.fts"
+  std::string found;   // what there is to be said of it
+  std::string svg;     // an element of an HTML page
+  int generation = 0;  // how often its slot had been filled
 };
 
 struct Record {
@@ -53,7 +55,7 @@ class Recorder {
  private:
   struct Look;
 
-  void Show(const std::string& of, const std::string& found, const std::function<Drawing()>& draw);
+  void Show(int slot, const std::string& of, const std::string& found, const std::function<Drawing()>& draw);
   void ShowSlice(Session& session);
   void ShowContinuum(Session& session);
   void ShowArc(Session& session, int a);
@@ -61,6 +63,7 @@ class Recorder {
   Record& record_;
   const bool drawsFigures_;
   bool objectMeasured_ = false;
+  std::array<int, 5> generation_{};  // by slot: how often an arc was loaded, a spectrum extracted
 };
 
 }  // namespace batch

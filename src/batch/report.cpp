@@ -3,9 +3,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 
 #include "app/session.h"
 #include "plot/number_text.h"
+#include "plot/text_encoding.h"
 #include "plot/wording.h"
 
 namespace halmek::batch {
@@ -44,27 +46,21 @@ size_t Length(const std::string& text) {
       std::count_if(text.begin(), text.end(), [](char c) { return (c & '\xC0') != '\x80'; }));
 }
 
-std::string Escaped(const std::string& text) {
-  std::string escaped;
-  for (const char c : Printable(text)) {
-    switch (c) {
-      case '&':
-        escaped += "&amp;";
-        break;
-      case '<':
-        escaped += "&lt;";
-        break;
-      case '>':
-        escaped += "&gt;";
-        break;
-      case '"':
-        escaped += "&quot;";
-        break;
-      default:
-        escaped += c;
-    }
-  }
-  return escaped;
+std::string Escaped(const std::string& text) { return MarkupText(Printable(text)); }
+
+// The end of a long name, which tells more than its folders do.
+std::string Short(const std::string& name) {
+  constexpr size_t most = 40;
+  if (Length(name) <= most)
+    return name;
+  size_t start = name.size() - (most - 3);
+  while (start < name.size() && (name[start] & '\xC0') == '\x80')
+    ++start;
+  return "..." + name.substr(start);
+}
+
+std::ptrdiff_t FailuresAmong(const AllRan& all) {
+  return std::count_if(all.runs.begin(), all.runs.end(), [](const Ran& r) { return !r.result.succeeded; });
 }
 
 std::string Anchor(size_t run) { return "run" + std::to_string(run + 1); }
@@ -81,8 +77,9 @@ th:nth-child(-n+2), td:nth-child(-n+2) { text-align: left; }
 .failed { background: #fbdcd8; font-weight: bold; }
 .warned td:last-child { background: #fff1c4; }
 figure { margin: 1em 0; break-inside: avoid; }
-figure svg { width: 100%; height: auto; border: 1px solid #ccc; }
+figure > svg { width: 100%; height: auto; border: 1px solid #ccc; }
 figcaption { margin-bottom: .2em; }
+h2, figcaption { overflow-wrap: anywhere; }
 .message { border-left: .3em solid #d9a400; padding: .1em .8em; margin: .5em 0; overflow-wrap: anywhere; }
 .failure { border-color: #c0392b; }
 pre { background: #f4f4f4; padding: .8em; white-space: pre-wrap; overflow-wrap: anywhere; font-size: .88em; }
@@ -98,14 +95,14 @@ tr { break-inside: avoid; }
 }
 )";
 
-std::string TableOf(const std::vector<Ran>& runs) {
+std::string TableOf(const AllRan& all) {
   std::string html = "<div class=\"table\"><table>\n<thead><tr>";
   for (const std::string& title : heading)
     html += "<th scope=\"col\">" + title + "</th>";
   html += "</tr></thead>\n<tbody>\n";
-  for (size_t i = 0; i < runs.size(); ++i) {
-    const JobResult& result = runs[i].result;
-    const Row row = RowOf(runs[i]);
+  for (size_t i = 0; i < all.runs.size(); ++i) {
+    const JobResult& result = all.runs[i].result;
+    const Row row = RowOf(all.runs[i]);
     html += !result.succeeded          ? "<tr class=\"failed\">"
             : !result.warnings.empty() ? "<tr class=\"warned\">"
                                        : "<tr>";
@@ -114,7 +111,10 @@ std::string TableOf(const std::vector<Ran>& runs) {
       html += "<td>" + Escaped(row[c]) + "</td>";
     html += "</tr>\n";
   }
-  return html + "</tbody>\n</table></div>\n";
+  html += "</tbody>\n</table></div>\n";
+  for (const std::string& sentence : all.overwritten)
+    html += "<p class=\"message failure\">" + Escaped(sentence) + "</p>\n";
+  return html;
 }
 
 std::string SectionOf(const Ran& run, const std::string& anchor) {
@@ -140,10 +140,14 @@ std::string SectionOf(const Ran& run, const std::string& anchor) {
 
 }  // namespace
 
-std::string SummaryTable(const std::vector<Ran>& runs) {
+bool HaveFailed(const AllRan& all) { return FailuresAmong(all) > 0 || !all.overwritten.empty(); }
+
+std::string SummaryTable(const AllRan& all) {
   std::vector<Row> rows{heading};
-  for (const Ran& run : runs)
+  for (const Ran& run : all.runs) {
     rows.push_back(RowOf(run));
+    rows.back()[0] = Short(rows.back()[0]);
+  }
   std::array<size_t, columns> widths{};
   for (const Row& row : rows)
     for (size_t c = 0; c < columns; ++c)
@@ -160,22 +164,20 @@ std::string SummaryTable(const std::vector<Ran>& runs) {
   return table;
 }
 
-std::string ReportPage(const std::string& recipeName, const std::string& recipe,
-                       const std::vector<Ran>& runs) {
+std::string ReportPage(const std::string& recipeName, const std::string& recipe, const AllRan& all) {
   const std::string title = "Reduction by " + Escaped(LeafName(recipeName));
-  const auto failed =
-      std::count_if(runs.begin(), runs.end(), [](const Ran& r) { return !r.result.succeeded; });
+  const auto failed = FailuresAmong(all);
   std::string html = "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n<title>" +
                      title + "</title>\n<meta name=\"viewport\" content=\"width=device-width\">\n<style>" +
                      style + "</style>\n</head>\n<body>\n<h1>" + title + "</h1>\n<p>" +
-                     Count(static_cast<int>(runs.size()), "run") +
+                     Count(static_cast<int>(all.runs.size()), "run") +
                      (failed > 0 ? ", of which " + std::to_string(failed) + " failed" : std::string()) +
-                     ". Lines, RMS (Angstroms) and wavelength scale are those of the arcs; S/N is the median "
-                     "of the spectrum over its noise from pixel to pixel, a lower limit where there are many "
-                     "lines.</p>\n" +
-                     TableOf(runs);
-  for (size_t i = 0; i < runs.size(); ++i)
-    html += SectionOf(runs[i], Anchor(i));
+                     ". Lines and RMS (Angstroms) are those of the arcs; the scale is that of the corrected "
+                     "object, else of the first arc. S/N is the median of the spectrum over its noise from "
+                     "pixel to pixel, a lower limit where there are many lines.</p>\n" +
+                     TableOf(all);
+  for (size_t i = 0; i < all.runs.size(); ++i)
+    html += SectionOf(all.runs[i], Anchor(i));
   return html + "<h2>The recipe</h2>\n<pre>" + Escaped(recipe) + "</pre>\n</body>\n</html>\n";
 }
 

@@ -14,13 +14,21 @@ struct Ran {
   JobResult result;
 };
 
-// A table with a line for each run, which ends with what a run's numbers are: lines identified, RMS, scale,
-// signal to noise, warnings. Fit to be printed.
-std::string SummaryTable(const std::vector<Ran>& runs);
+struct AllRan {
+  std::vector<Ran> runs;
+  // A sentence for each file that several runs wrote, of which only one is left.
+  std::vector<std::string> overwritten;
+};
+
+// True where a run failed, or a file of one was overwritten by another.
+bool HaveFailed(const AllRan& all);
+
+// A table with a line for each run: lines identified, RMS, scale, signal to noise, warnings. Fit to be
+// printed; of a long name the end is shown.
+std::string SummaryTable(const AllRan& all);
 
 // An HTML page with the same table, and for each run its plots, warnings and steps; with the recipe at its
 // end. It loads nothing: it is whole as it stands.
-std::string ReportPage(const std::string& recipeName, const std::string& recipe,
-                       const std::vector<Ran>& runs);
+std::string ReportPage(const std::string& recipeName, const std::string& recipe, const AllRan& all);
 
 }  // namespace halmek::batch

@@ -60,8 +60,7 @@ std::string Summary(const Night& night, const std::string& folder) {
          std::to_string(night.mask.size()) +
          " lines\n"
          "  star1.recipe reduces star 1 with its arcs, arc.recipe an arc, night.recipe all; truth.txt says "
-         "what "
-         "is true\n";
+         "what is true\n";
 }
 
 }  // namespace

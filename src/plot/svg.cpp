@@ -18,25 +18,7 @@ constexpr int baseline = 150;  // from the top of a text down to its base line
 // font.
 constexpr float digitWidth = 0.6f * pictureTextHeight;
 
-std::string Escaped(std::string_view bytes) {
-  std::string text;
-  for (char c : Utf8Of(bytes)) {
-    switch (c) {
-      case '&':
-        text += "&amp;";
-        break;
-      case '<':
-        text += "&lt;";
-        break;
-      case '>':
-        text += "&gt;";
-        break;
-      default:
-        text += c;
-    }
-  }
-  return text;
-}
+std::string Escaped(std::string_view bytes) { return MarkupText(Utf8Of(bytes)); }
 
 enum class Use { file, page };
 

@@ -11,8 +11,8 @@ namespace halmek {
 std::string SvgOf(const Drawing& drawing);
 
 // The same picture as an element of an HTML page that holds many. It has no names that could meet those of
-// another one, is as wide as the page makes it, and takes a third of the bytes: its points lie on whole twips
-// and are written as steps from one to the next.
+// another one, is as wide as the page makes it, and takes about half the bytes: its points lie on whole
+// twips and are written as steps from one to the next.
 std::string InlineSvgOf(const Drawing& drawing);
 
 }  // namespace halmek

@@ -74,4 +74,27 @@ std::string Utf8Of(std::string_view bytes) {
   return text;
 }
 
+std::string MarkupText(std::string_view utf8) {
+  std::string text;
+  for (const char c : utf8) {
+    switch (c) {
+      case '&':
+        text += "&amp;";
+        break;
+      case '<':
+        text += "&lt;";
+        break;
+      case '>':
+        text += "&gt;";
+        break;
+      case '"':
+        text += "&quot;";
+        break;
+      default:
+        text += c;
+    }
+  }
+  return text;
+}
+
 }  // namespace halmek

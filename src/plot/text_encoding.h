@@ -11,4 +11,7 @@ namespace halmek {
 // terminal.
 std::string Utf8Of(std::string_view bytes);
 
+// UTF-8 as the text of an SVG or HTML element or attribute: with names for the characters of the markup.
+std::string MarkupText(std::string_view utf8);
+
 }  // namespace halmek

@@ -78,7 +78,7 @@ void ColumnSliceWindow::AddScaleControls() {
 void ColumnSliceWindow::AddReadOuts() {
   column_ = NewReadOut("Label13", "Column shown", "0000");
   row_ = NewReadOut("Label7", "Row pointed at", "000000");
-  value_ = NewReadOut("Label10", "Pixel value pointed at", "00000000.00");
+  value_ = NewReadOut("Label10", "Value at the pointer", "00000000.00");
   band().AddGroup({NewLabel("Label12", "Col"), column_, NewLabel("Label5", "Row"), row_,
                    NewLabel("Label9", "Pix val."), value_});
   marks_ = NewReadOut("labelMarks", "Rows marked", "Aperture 000 to 000   Background 000 to 000, 000 to 000");

@@ -100,7 +100,7 @@ void ContinuumWindow::AddButtons() {
 
 void ContinuumWindow::AddReadOuts() {
   column_ = NewReadOut("Label7", "Column pointed at", "000000");
-  value_ = NewReadOut("Label10", "Intensity pointed at", "00000000.00");
+  value_ = NewReadOut("Label10", "Intensity at the pointer", "00000000.00");
   band().AddGroup({NewLabel("Label5", "Column"), column_, NewLabel("Label9", "Intens."), value_});
 }
 

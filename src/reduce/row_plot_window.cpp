@@ -72,7 +72,7 @@ void RowPlotWindow::AddControls() {
   SetMeaning(hint_, "Hint");
   row_ = NewReadOut("Label7", "Row shown", "00000");
   column_ = NewReadOut("Label13", "Column pointed at", "000000");
-  value_ = NewReadOut("Label10", "Pixel value pointed at", "00000000.00");
+  value_ = NewReadOut("Label10", "Value at the pointer", "00000000.00");
   band().AddGroup({NewLabel("Label11", "Zoom"), zoomButton("Command1", "IN", &ZoomIn),
                    zoomButton("Command2", "Out", &ZoomOut),
                    zoomButton("Command3", "Full row", &ShowFullRow)});

@@ -121,7 +121,8 @@ size_t CountOf(const std::string& part, const std::string& text) {
 // Looking at a run must not change what it gives; nor must the page depend on anything beside it.
 TEST_F(BatchTest, AReportShowsEveryRunOnOnePageAndChangesNoResult) {
   const std::string recipe =
-      "load frame arc.fts\naperture 24 36\nbackground 2 12 48 58 0\ncrunch\nsave spectrum\n"
+      "load frame arc.fts\naperture 20 30\nbackground 2 12 48 58 0\ncrunch\naperture 24 36\nbackground 2 12 "
+      "48 58 0\ncrunch\nsave spectrum\n"
       "load table lines.txt\nload arc1 arc_1D.fts\narcs 1\nidentify arc1 40 5000\nidentify arc1 240 5200\n"
       "identify arc1 90\nidentify arc1 140\nidentify arc1 340\nfit-deviations arc1 2\ndelete-line arc1 140\n"
       "fit-deviations arc1 2\nidentify arc1 290\n" +
@@ -139,23 +140,30 @@ TEST_F(BatchTest, AReportShowsEveryRunOnOnePageAndChangesNoResult) {
 
   const std::string page = ReadFile(folder.File("night.html"));
   // The arc before the frame that is missing is shown, too.
-  for (const auto& [figure, count] : std::map<std::string, size_t>{{"Slice of arc.fts", 2},
+  for (const auto& [figure, count] : std::map<std::string, size_t>{{"Slice of arc.fts", 4},
                                                                    {"Slice of star.fts", 1},
                                                                    {"Continuum of star.fts", 1},
                                                                    {"Arc arc_1D.fts", 2},
                                                                    {"Deviations of arc_1D.fts", 2}})
     EXPECT_EQ(CountOf("<b>" + figure + "</b>", page), count) << figure;
-  EXPECT_EQ(CountOf("<svg xmlns", page), 8u);
+  EXPECT_EQ(CountOf("<svg xmlns", page), 10u);
   EXPECT_NE(page.find("none.fts: Error: 53  Error: File not found."), std::string::npos);
   EXPECT_NE(page.find("# &lt;&amp;&gt;"), std::string::npos);
   EXPECT_EQ(CountOf("http", page), CountOf("xmlns=\"http://www.w3.org/2000/svg\"", page));
   for (const char* loading : {"<script", "src=", "url(", "@import", "<link"})
     EXPECT_EQ(page.find(loading), std::string::npos) << loading;
 
+  const std::string frame = ReadFile(folder.File("star.fts"));
   const auto files = FilesIn(folder.path());
-  EXPECT_EQ(Run("r.recipe frame=star.fts --report none/night.html").err,
-            "halmek-batch: none/night.html: Error: 76  Error: Path not found.\n");
+  for (const auto& [name, message] : std::map<std::string, std::string>{
+           {"none/night.html", "none/night.html: Error: 76  Error: Path not found."},
+           {"star.fts", "a report's name must end in .html, not 'star.fts'"}}) {
+    const Ended refused = Run("r.recipe frame=star.fts --report " + name);
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_EQ(refused.err, "halmek-batch: " + message + "\n");
+  }
   EXPECT_EQ(FilesIn(folder.path()), files);
+  EXPECT_EQ(ReadFile(folder.File("star.fts")), frame);
 }
 
 TEST_F(BatchTest, OneFileWrittenForTwoInputsIsAFailure) {
