@@ -68,9 +68,9 @@ void AddHelpMenu(QMainWindow& window, Actions& actions) {
   help.Item("mPartIHelp", "Part I Help", show(HelpTopic::part1));
   help.Item("mPartIIHelp", "Part II Help", show(HelpTopic::part2));
   help.Separator();
+  help.Item("mAbout", "About", [&] { actions.ShowAbout(); });
   if (!ManualPage().isEmpty())
     help.Item("mManual", "Manual", [&] { actions.ShowManual(); });
-  help.Item("mAbout", "About", [&] { actions.ShowAbout(); });
 }
 
 void AddRecipeMenu(QMainWindow& window, Actions& actions) {

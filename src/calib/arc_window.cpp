@@ -78,7 +78,7 @@ void ArcWindow::AddFit() {
 
 void ArcWindow::AddReadOuts() {
   column_ = NewReadOut("Label7", "Column pointed at", "000000");
-  value_ = NewReadOut("Label10", "Intensity pointed at", "00000000.00");
+  value_ = NewReadOut("Label10", "Intensity at the pointer", "00000000.00");
   wavelength_ = NewReadOut("Label11", "Wavelength pointed at, in Angstroms", "00000.00");
   wavelength_->setToolTip("By the straight line through two or more identified lines");
   band().AddGroup({NewLabel("Label5", "Column"), column_, NewLabel("Label9", "Intens."), value_,

@@ -49,7 +49,7 @@ void DeviationWindow::AddFit() {
 
 void DeviationWindow::AddReadOuts() {
   column_ = NewReadOut("Label7", "Column pointed at", "000000");
-  value_ = NewReadOut("Label10", "Deviation pointed at", "-00000.00");
+  value_ = NewReadOut("Label10", "Deviation at the pointer", "-00000.00");
   wavelength_ = NewReadOut("Label14", "Wavelength pointed at, in Angstroms", "00000.00");
   wavelength_->setToolTip("By the straight line through the lines identified");
   band().AddGroup({NewLabel("Label5", "Column"), column_, NewLabel("Label8", "Diff"), value_,

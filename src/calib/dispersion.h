@@ -7,8 +7,9 @@ namespace halmek {
 
 // Redistributes the object's flux so that pixel p lies at dispStart + (p - 1) x dispStep Angstrom, on the
 // mean of the straight lines of the arcs in use, and appends CRVAL1, CD1_1 and a HISTORY card. Flux is
-// conserved but for what leaves the spectrum and for the edges, which the shift empties and which keep their
-// uncorrected values.
+// conserved but for what leaves the spectrum and for the edges: where the shift at an end is positive, about
+// as many pixels there get their uncorrected values back; where it is negative, those that it empties stay
+// empty.
 //
 // Warns where lines have changed since their deviations were fitted, where an arc has no deviation fit, and
 // where arc and object differ in length. Throws Refusal, with nothing changed, where no object is loaded,
