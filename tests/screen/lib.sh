@@ -292,10 +292,15 @@ Confirm() {
   xdotool key Return
 }
 
+# A window is looked for anew each time: while another one closes, none may be found.
+IsInFront() {
+  window=$(WindowOf window "$1" | tail -n 1)
+  [ -n "$window" ] && IsActive "$window"
+}
+
 # Waits until the program is at rest with a window in front that it has brought there itself: sets `window`.
 Returned() {
-  window=$(WindowOf window "$1" | tail -n 1)
-  Await "'$1' to come to the front" IsActive "$window"
+  Await "'$1' to come to the front" IsInFront "$1"
   Settle
 }
 
