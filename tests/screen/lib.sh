@@ -168,6 +168,8 @@ OuterPlace() {
   echo "$((X - frame[0])) $((Y - frame[2])) $((WIDTH + frame[0] + frame[1])) $((HEIGHT + frame[2] + frame[3]))"
 }
 
+HasPlace() { [ "$(OuterPlace)" = "$1" ]; }
+
 # ---- quiet ------------------------------------------------------------------------------------------------------
 
 # What the program has done so far: its time on the processor, and its state.
