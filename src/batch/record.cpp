@@ -38,14 +38,6 @@ std::optional<double> SignalToNoiseOf(const Slot& slot) {
   return SignalToNoise(slot.spectrum.Range(1, Pixels(slot)));
 }
 
-bool IsFitted(const Arc& arc) {
-  return arc.fitDone && arc.DeviationCoef[arc.fitPower].power != 0 && !arc.fitIsStale[arc.fitPower];
-}
-
-std::string Rows(int first, int last) {
-  return std::to_string(std::min(first, last)) + " to " + std::to_string(std::max(first, last));
-}
-
 // The column of a spectrum for which 2 % of all are brighter: in an arc it has a line, and in a star it is no
 // cosmic ray's.
 int TellingColumn(const Slot& slot) {
@@ -149,10 +141,10 @@ void Recorder::ShowSlice(Session& s) {
   slice.backgroundClicks = 4;
   Show(slots::spectrum, "Slice of " + DataName(s.slot[slots::frame]),
        "column " + std::to_string(slice.sliceColumn) + ", aperture " +
-           Rows(slice.apertureFirstRow, slice.apertureLastRow) + ", background of power " +
+           FromTo(slice.apertureFirstRow, slice.apertureLastRow) + ", background of power " +
            std::to_string(s.background.fittedPower) + " through " +
-           Rows(slice.background1FirstRow, slice.background1LastRow) + " and " +
-           Rows(slice.background2FirstRow, slice.background2LastRow),
+           FromTo(slice.background1FirstRow, slice.background1LastRow) + " and " +
+           FromTo(slice.background2FirstRow, slice.background2LastRow),
        [&] { return DrawColumnPlot(s, {}); });
 }
 

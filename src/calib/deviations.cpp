@@ -23,6 +23,9 @@ double RmsOf(double sumSq, int degreesOfFreedom) {
   return degreesOfFreedom > 0 ? std::sqrt(sumSq / degreesOfFreedom) : 0;
 }
 
+// Whether the fit of the arc's power has been made, perhaps through other lines than it has now.
+bool WasFitted(const Arc& arc) { return arc.fitDone && arc.DeviationCoef[arc.fitPower].power != 0; }
+
 // What dots and curve are stands in the band below the plot.
 void DrawLegend(Drawing& drawing, const PlotFrame& f) {
   const auto top = static_cast<float>(drawing.size.height - 1750);
@@ -112,6 +115,8 @@ double DeviationRms(const Arc& arc) {
   return RmsOf(sumSq, arc.LineCount - arc.fitPower - 1);
 }
 
+bool IsFitted(const Arc& arc) { return WasFitted(arc) && !arc.fitIsStale[arc.fitPower]; }
+
 FitInWords DescribeFit(const Arc& arc) {
   const int n = arc.LineCount, power = arc.fitPower;
   const auto residual = [&](int k, bool isFitted) {
@@ -133,10 +138,10 @@ FitInWords DescribeFit(const Arc& arc) {
   const std::string fit = "power " + std::to_string(power) + " through " + lines;
   if (n < 3)
     return {lines + " identified: at least three are needed", {}, {}};
-  if (!arc.fitDone || arc.DeviationCoef[power].power == 0)
+  if (!WasFitted(arc))
     return describe("power " + std::to_string(power) + " not fitted yet; straight line through " + lines,
                     LinearRms(arc), false);
-  if (arc.fitIsStale[power])
+  if (!IsFitted(arc))
     return {"power " + std::to_string(power) + " was fitted before the lines changed: fit it again", {}, {}};
   if (n == power + 1)
     return {fit + ", as many as it needs: nothing tells how good it is", {}, {}};

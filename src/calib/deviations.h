@@ -27,6 +27,9 @@ double DeviationRms(const Arc& arc);
 // fitted.
 double CorrectionAt(const Arc& arc, double column);
 
+// Whether the arc's `fitPower` has been fitted, and through the lines that it has now.
+bool IsFitted(const Arc& arc);
+
 // What was fitted and how well, in words: the fit, its RMS and its largest residual, or what is missing. The
 // last two are empty where there is nothing to be said.
 struct FitInWords {

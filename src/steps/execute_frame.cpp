@@ -20,13 +20,7 @@ namespace halmek::steps {
 namespace {
 
 std::string ColumnsText(int first, int last) {
-  const auto [low, high] = std::minmax(first, last);
-  return low == high ? "column " + std::to_string(low)
-                     : "columns " + std::to_string(low) + " to " + std::to_string(high);
-}
-
-std::string Range(int first, int last) {
-  return std::to_string(std::min(first, last)) + " to " + std::to_string(std::max(first, last));
+  return first == last ? "column " + std::to_string(first) : "columns " + FromTo(first, last);
 }
 
 void RequireSpectrum(const Session& s) { RequireLoaded(s, slots::spectrum); }
@@ -113,7 +107,7 @@ Outcome Execute(Session& s, const UndoZap&) {
 Outcome Execute(Session& s, const Aperture& step) {
   RequireFrame(s);
   SetAperture(s, step.first, step.last);
-  return {"rows " + Range(step.first, step.last), {}};
+  return {"rows " + FromTo(step.first, step.last), {}};
 }
 
 Outcome Execute(Session& s, const Background& step) {
@@ -141,7 +135,7 @@ Outcome Execute(Session& s, const Crunch&) {
   CrunchFrame(s);
   const Slot& spectrum = s.slot[slots::spectrum];
   return {std::to_string(Pixels(spectrum)) + " pixels from rows " +
-              Range(s.slice.apertureFirstRow, s.slice.apertureLastRow) + ", peak " +
+              FromTo(s.slice.apertureFirstRow, s.slice.apertureLastRow) + ", peak " +
               ShortText(spectrum.spectrumPeak),
           {}};
 }
