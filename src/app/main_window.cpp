@@ -5,8 +5,10 @@
 #include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QMenuBar>
+#include <QMoveEvent>
 #include <QScrollArea>
 #include <QVBoxLayout>
+#include <utility>
 
 #include "app/main_menu.h"
 #include "platform/accessible.h"
@@ -87,11 +89,13 @@ void MainWindow::showEvent(QShowEvent* event) {
   FixSize();
 }
 
-// The desktop tells the width of its frame when it puts the window into one, and moves it then.
 void MainWindow::moveEvent(QMoveEvent* event) {
   QMainWindow::moveEvent(event);
-  if (isVisible())
-    FixSize();
+  if (!event->spontaneous() || !IsFramed(*this))
+    return;
+  FixSize();
+  if (!std::exchange(framed_, true))
+    Place(*this, desk_.session().mainWindow);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

@@ -35,6 +35,7 @@ class MainWindow : public QMainWindow, public View {
   Actions actions_;
   Part1Panel* part1_;
   Part2Panel* part2_;
+  bool framed_ = false;  // the desktop has put the window into its frame
 };
 
 }  // namespace halmek

@@ -53,8 +53,10 @@ HeaderWindow::HeaderWindow(Desk& desk) : desk_(desk) {
 HeaderWindow::~HeaderWindow() { desk_.RemoveView(*this); }
 
 void HeaderWindow::Open() {
-  if (!isVisible())
+  if (!isVisible()) {
+    framed_ = false;
     Load();
+  }
   TakeOpeningHeight();
   scroll_->setValue(scroll_->minimum());
   ShowPage();
@@ -69,7 +71,6 @@ void HeaderWindow::TakeOpeningHeight() {
 
 void HeaderWindow::Load() {
   headerBusy_ = true;
-  framed_ = false;
   SizedPlacement placement = desk_.session().displayHeader;
   // A width that nobody has chosen yet is that of a card.
   if (placement.width == Settings{}.displayHeader.width) {
@@ -135,8 +136,8 @@ void HeaderWindow::resizeEvent(QResizeEvent* event) {
 
 void HeaderWindow::moveEvent(QMoveEvent* event) {
   QWidget::moveEvent(event);
-  // The first move is the desktop's own, into the frame that it has drawn: only now is its width known.
-  if (isVisible() && event->spontaneous() && !std::exchange(framed_, true)) {
+  if (event->spontaneous() && IsFramed(*this) && !std::exchange(framed_, true)) {
+    Load();
     TakeOpeningHeight();
     ShowPage();
   }

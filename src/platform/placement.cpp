@@ -57,14 +57,23 @@ int16_t TwipsAt(int pixels, int16_t before) {
   return static_cast<int16_t>(std::clamp<double>(twips, INT16_MIN, INT16_MAX));
 }
 
-// The frame around a window that is shown; none before.
-QMargins OwnMargins(const QWidget& window) {
+QMargins MarginsNow(const QWidget& window) {
   if (!window.isVisible() || window.windowType() != Qt::Window)
     return {};
   const QRect outer = window.frameGeometry(), inner = window.geometry();
   return {inner.left() - outer.left(), inner.top() - outer.top(), outer.right() - inner.right(),
           outer.bottom() - inner.bottom()};
 }
+
+// Whether the desktop is at it: it may put a window into a frame of one pixel, in a corner of the screen, and
+// give that its size and its place afterwards.
+bool IsBeingFramed(const QWidget& window) {
+  const QMargins now = MarginsNow(window);
+  return now.left() < 0 || now.top() < 0 || now.right() < 0 || now.bottom() < 0;
+}
+
+// The frame around a window that is shown; none before the desktop has drawn it.
+QMargins OwnMargins(const QWidget& window) { return IsBeingFramed(window) ? QMargins{} : MarginsNow(window); }
 
 QSize InnerSize(const QSize& outer, const QWidget& window) {
   const QMargins frame = FrameMargins(window);
@@ -106,6 +115,8 @@ QMargins FrameMargins(const QWidget& window) {
   return known;
 }
 
+bool IsFramed(const QWidget& window) { return !OwnMargins(window).isNull(); }
+
 QSizeF OuterTwips(const QWidget& window) {
   const QSize outer = window.size().grownBy(FrameMargins(window));
   return {TwipsOf(outer.width()), TwipsOf(outer.height())};
@@ -116,16 +127,12 @@ void Place(QWidget& window, const WindowPlacement& placement) {
 }
 
 void Place(QWidget& window, const SizedPlacement& placement) {
-  PlaceSize(window, placement);
   window.move(SeenPlace(placement).topLeft());
-}
-
-void PlaceSize(QWidget& window, const SizedPlacement& placement) {
   window.resize(InnerSize(SeenPlace(placement).size(), window));
 }
 
 void Store(WindowPlacement& placement, const QWidget& window) {
-  if (window.pos() == SeenPlace(placement, window).topLeft())
+  if (IsBeingFramed(window) || window.pos() == SeenPlace(placement, window).topLeft())
     return;
   placement.left = TwipsAt(window.x(), placement.left);
   placement.top = TwipsAt(window.y(), placement.top);
@@ -133,7 +140,7 @@ void Store(WindowPlacement& placement, const QWidget& window) {
 
 void Store(SizedPlacement& placement, const QWidget& window) {
   const QRect outer(window.pos(), window.size().grownBy(FrameMargins(window)));
-  if (outer == SeenPlace(placement))
+  if (IsBeingFramed(window) || outer == SeenPlace(placement))
     return;
   placement = {.left = TwipsAt(outer.x(), placement.left),
                .top = TwipsAt(outer.y(), placement.top),

@@ -14,6 +14,10 @@ namespace halmek {
 // are; none where no window is shown yet.
 QMargins FrameMargins(const QWidget& window);
 
+// Whether the desktop has drawn that frame. Only then is its width known for sure, and on the way into it the
+// window may have stood elsewhere: one that has just been framed is to be placed again.
+bool IsFramed(const QWidget& window);
+
 // The outer size of a window, border and title bar included, in twips.
 QSizeF OuterTwips(const QWidget& window);
 
@@ -23,11 +27,8 @@ QSizeF OuterTwips(const QWidget& window);
 void Place(QWidget& window, const WindowPlacement& placement);
 void Place(QWidget& window, const SizedPlacement& placement);
 
-// Sizes it only, once the width of its own frame is known.
-void PlaceSize(QWidget& window, const SizedPlacement& placement);
-
 // Stores where the window stands. One that still stands where it was put keeps its place to the twip, also
-// where a smaller screen made it smaller.
+// where a smaller screen made it smaller, and so does one that the desktop is just putting into its frame.
 void Store(WindowPlacement& placement, const QWidget& window);
 void Store(SizedPlacement& placement, const QWidget& window);
 

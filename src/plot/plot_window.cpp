@@ -241,9 +241,8 @@ void PlotWindow::moveEvent(QMoveEvent* event) {
   QMainWindow::moveEvent(event);
   if (!isVisible() || !event->spontaneous())
     return;
-  // The first move is the desktop's own, into the frame that it has drawn: only now is its width known.
-  if (!std::exchange(framed_, true))
-    PlaceSize(*this, placement_);
+  if (IsFramed(*this) && !std::exchange(framed_, true))
+    Place(*this, placement_);
   Store(placement_, *this);
 }
 
