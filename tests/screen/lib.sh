@@ -123,14 +123,19 @@ WindowOf() {
 
 IsThere() { [ -n "$(WindowOf "$1" "$2")" ]; }
 
+# Sets `window`, to none where there is none, or where the search fails because another is just being closed.
+Find() {
+  window=$(WindowOf "$1" "$2" | tail -n 1)
+  [ -n "$window" ]
+}
+
 IsActive() { [ "$(xdotool getactivewindow 2>/dev/null)" = "$1" ]; }
 
 # Waits for a window whose title matches, and until it has the keyboard: sets `window`.
 WaitFor() {
   local kind=window
   if [ "$1" = --message ]; then kind=message; shift; fi
-  Await "the $kind '$1'" IsThere "$kind" "$1"
-  window=$(WindowOf "$kind" "$1" | tail -n 1)
+  Await "the $kind '$1'" Find "$kind" "$1"
   Await "the keyboard to be at '$1'" IsActive "$window"
   Settle
 }
@@ -144,8 +149,7 @@ Titles() {
 
 # Brings a window to the front: sets `window`.
 Activate() {
-  window=$(WindowOf window "$1" | tail -n 1)
-  [ -n "$window" ] || Fail "there is no window '$1'"
+  Await "the window '$1'" Find window "$1"
   xdotool windowactivate "$window"
   Await "'$1' to come to the front" IsActive "$window"
   Settle
