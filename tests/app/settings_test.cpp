@@ -74,8 +74,6 @@ std::string Numbered() {
   return text;
 }
 
-TEST(Settings, AreWrittenAsThirtyLines) { EXPECT_EQ(SettingsText(Settings{}), WithLine(0, "")); }
-
 TEST(Settings, ReadEachFieldFromItsLineAndTheLaterOfTwo) {
   std::string expected = Numbered();
   for (const auto& [first, second] : {std::pair{"-301,-302,-303,-304", "-3001,-3002,-3003,-3004"},

@@ -13,9 +13,13 @@
 namespace halmek::test {
 namespace {
 
+using std::literals::operator""s;
+
 struct Ended {
   int status = 0;
   std::string out, err;
+
+  std::pair<int, std::string> complaint() const { return {status, err}; }
 };
 
 class BatchTest : public testing::Test {
@@ -37,44 +41,39 @@ class BatchTest : public testing::Test {
   TemporaryFolder folder, streams;
 };
 
-constexpr const char* extraction =
+const std::string extraction =
     "load frame $frame\naperture 24 36\nbackground 2 12 48 58 1\ncrunch\nsave spectrum\n";
 
 TEST_F(BatchTest, PrintsALineAStepAndStopsAtTheFirstRefusalWithStatusOne) {
   const Ended done = RunRecipe("load frame $star\nfix-column 7\n", "star=star.fts");
-  EXPECT_EQ(done.status, 0) << done.err;
+  EXPECT_EQ(done.complaint(), std::pair(0, ""s));
   EXPECT_EQ(done.out.substr(0, done.out.find('\n')),
             "1 load frame star.fts: 400 x 60 pixels, 16-bit unsigned, 401 to 9680, object Test star");
-  EXPECT_EQ(done.err, "");
-
-  const Ended refused = RunRecipe("load frame star.fts\n\nfix-column 2\ncrunch\n");
-  EXPECT_EQ(refused.status, 1);
-  EXPECT_EQ(refused.err,
-            "r.recipe:3: Enter a valid column number, please - not within 3 pixels of the edge.\n");
+  EXPECT_EQ(
+      RunRecipe("load frame star.fts\n\nfix-column 2\ncrunch\n").complaint(),
+      std::pair(1, "r.recipe:3: Enter a valid column number, please - not within 3 pixels of the edge.\n"s));
 }
 
 TEST_F(BatchTest, WhatCannotBeUnderstoodRunsNothingWithStatusTwo) {
-  const char* save = "load frame star.fts\nsave frame copy.fts\n";
+  const std::string save = "load frame star.fts\nsave frame copy.fts\n";
   const struct {
     std::string recipe, arguments, message;
   } cases[] = {
-      {std::string(save) + "fry\n", "", "r.recipe:3: unknown command 'fry'\n"},
-      {std::string(save) + "trim 1 1\n", "", "r.recipe:3: COL2 is missing: trim COL1 ROW1 COL2 ROW2\n"},
-      {std::string(save) + "fix-column x\n", "",
+      {save + "fry\n", "", "r.recipe:3: unknown command 'fry'\n"},
+      {save + "trim 1 1\n", "", "r.recipe:3: COL2 is missing: trim COL1 ROW1 COL2 ROW2\n"},
+      {save + "fix-column x\n", "",
        "r.recipe:3: COLUMN must be a whole number, not 'x': fix-column COLUMN\n"},
       {save, "star", "halmek-batch: 'star' is not NAME=VALUE\n"},
       {save, "--jobs 0", "halmek-batch: --jobs: Value 0 not in range 1 to 256; see halmek-batch --help\n"},
       {save, "--for star a.fts", "halmek-batch: the recipe does not use $star\n"},
-      {std::string(save) + "load arc1 $lamp\n", "--for star a.fts b.fts",
+      {save + "load arc1 $lamp\n", "--for star a.fts b.fts",
        "r.recipe:3: $lamp has no value; give it one as in lamp=VALUE\n"}};
   for (const auto& c : cases) {
-    const Ended ended = RunRecipe(c.recipe, c.arguments);
-    EXPECT_EQ(ended.status, 2) << c.message;
-    EXPECT_EQ(ended.err, c.message);
+    EXPECT_EQ(RunRecipe(c.recipe, c.arguments).complaint(), std::pair(2, c.message));
     EXPECT_FALSE(std::filesystem::exists(folder.File("copy.fts")));
   }
-  EXPECT_EQ(Run("none.recipe").status, 2);
-  EXPECT_EQ(Run("none.recipe").err, "none.recipe: Error: 53  Error: File not found.\n");
+  EXPECT_EQ(Run("none.recipe").complaint(),
+            std::pair(2, "none.recipe: Error: 53  Error: File not found.\n"s));
   EXPECT_EQ(Run("").status, 2);
 }
 
@@ -87,14 +86,10 @@ TEST_F(BatchTest, HelpPrintsTheWholeLanguage) {
 }
 
 TEST_F(BatchTest, SeveralJobsGiveTheSameFilesAsOneAndAFailureDoesNotStopTheOthers) {
-  const TemporaryFolder serial, parallel;
-  const std::string frames = "arc.fts none.fts star.fts";
-  for (const auto* results : {&serial, &parallel}) {
-    const std::string recipe =
-        std::string(extraction) + "export spectrum " + results->path() + "/x_$frame.txt\n";
-    const Ended ended =
-        RunRecipe(recipe, "--jobs " + std::string(results == &serial ? "1" : "3") + " --for frame " + frames);
-    EXPECT_EQ(ended.status, 1);
+  std::map<std::string, std::string> bytes;
+  for (const std::string jobs : {"1", "3"}) {
+    const Ended ended = RunRecipe(extraction + "export spectrum x_$frame.txt\n",
+                                  "--jobs " + jobs + " --for frame arc.fts none.fts star.fts");
     EXPECT_EQ(ended.out,
               "arc.fts: done, wrote arc_1D.fts, x_arc.fts.txt\nstar.fts: done, wrote star_1D.fts, "
               "x_star.fts.txt\n\n"
@@ -102,13 +97,14 @@ TEST_F(BatchTest, SeveralJobsGiveTheSameFilesAsOneAndAFailureDoesNotStopTheOther
               "arc.fts   Test star      -        -                -      1         0\n"
               "none.fts  -              -        -                -      -    FAILED\n"
               "star.fts  Test star      -        -                -  24840         0\n");
-    EXPECT_EQ(ended.err, "none.fts: r.recipe:1: none.fts: Error: 53  Error: File not found.\n");
-    for (const char* name : {"arc_1D.fts", "star_1D.fts"})
-      std::filesystem::rename(folder.File(name), results->File(name));
+    EXPECT_EQ(ended.complaint(),
+              std::pair(1, "none.fts: r.recipe:1: none.fts: Error: 53  Error: File not found.\n"s));
+    for (const char* name : {"arc_1D.fts", "star_1D.fts", "x_arc.fts.txt", "x_star.fts.txt"}) {
+      const std::string written = ReadFile(folder.File(name));
+      EXPECT_EQ(bytes.try_emplace(name, written).first->second, written) << name;
+      EXPECT_TRUE(std::filesystem::remove(folder.File(name))) << name;
+    }
   }
-  ASSERT_EQ(FilesIn(serial.path()), FilesIn(parallel.path()));
-  for (const std::string& name : FilesIn(serial.path()))
-    EXPECT_EQ(ReadFile(serial.File(name)), ReadFile(parallel.File(name))) << name;
 }
 
 size_t CountOf(const std::string& part, const std::string& text) {
@@ -126,7 +122,7 @@ TEST_F(BatchTest, AReportShowsEveryRunOnOnePageAndChangesNoResult) {
       "load table lines.txt\nload arc1 arc_1D.fts\narcs 1\nidentify arc1 40 5000\nidentify arc1 240 5200\n"
       "identify arc1 90\nidentify arc1 140\nidentify arc1 340\nfit-deviations arc1 2\ndelete-line arc1 140\n"
       "fit-deviations arc1 2\nidentify arc1 290\n" +
-      std::string(extraction) +
+      extraction +
       "normalize auto 25 3\nrevert\nnormalize auto 25 2\nsave spectrum\nload object star_1D.fts\n"
       "correct\nsave object c_$frame\nsave mask arc1 mask.dat\n# <&>\n";
   const std::string arguments = "--for frame none.fts star.fts";
@@ -159,8 +155,7 @@ TEST_F(BatchTest, AReportShowsEveryRunOnOnePageAndChangesNoResult) {
            {"none/night.html", "none/night.html: Error: 76  Error: Path not found."},
            {"star.fts", "a report's name must end in .html, not 'star.fts'"}}) {
     const Ended refused = Run("r.recipe frame=star.fts --report " + name);
-    EXPECT_EQ(refused.status, 2);
-    EXPECT_EQ(refused.err, "halmek-batch: " + message + "\n");
+    EXPECT_EQ(refused.complaint(), std::pair(2, "halmek-batch: " + message + "\n"));
   }
   EXPECT_EQ(FilesIn(folder.path()), files);
   EXPECT_EQ(ReadFile(folder.File("star.fts")), frame);
@@ -186,10 +181,6 @@ TEST_F(BatchTest, TheJournalOfARunIsARecipeForTheSameFiles) {
 }
 
 TEST_F(BatchTest, WarningsGoToStandardErrorAndTheRunGoesOn) {
-  const Ended cut = RunRecipe(
-      "load frame arc.fts\naperture 20 40\nbackground 2 12 48 58 1\ncrunch\nsave spectrum s.fts 17\n");
-  EXPECT_EQ(cut.status, 1);
-  EXPECT_EQ(cut.err.find("r.recipe:5: s.fts: Error: 6  Error: Overflow. (the pixel value "), 0u) << cut.err;
   const Ended wrapped = RunRecipe(
       "load frame arc.fts\naperture 29 30\nbackground 2 12 48 58 1\ncrunch\nsave spectrum s.fts 16\n");
   EXPECT_EQ(wrapped.status, 0);
@@ -200,12 +191,10 @@ TEST_F(BatchTest, WarningsGoToStandardErrorAndTheRunGoesOn) {
 TEST_F(BatchTest, BadFilesGetOneLineThatNamesThemAndWriteNothing) {
   const std::string good = ReadFile(folder.File("star.fts"));
   const auto with = [&](const std::string& from, const std::string& to) {
-    std::string bytes = good;
-    return bytes.replace(bytes.find(from), to.size(), to);
+    return std::string(good).replace(good.find(from), to.size(), to);
   };
   const struct {
-    const char* name;
-    std::string bytes, message;
+    std::string name, bytes, message;
   } cases[] = {
       {"empty.fts", "", "Error: 62  Error: Input past end of file. (the file is empty)"},
       {"text.fts", "Dear diary,\n", "This is not a fits file!  Please try again."},
@@ -222,9 +211,8 @@ TEST_F(BatchTest, BadFilesGetOneLineThatNamesThemAndWriteNothing) {
   for (const auto& c : cases) {
     WriteFile(folder.File(c.name), c.bytes);
     const auto files = FilesIn(folder.path());
-    const Ended ended = Run("r.recipe frame=" + std::string(c.name));
-    EXPECT_EQ(ended.status, 1) << c.name;
-    EXPECT_EQ(ended.err, "r.recipe:1: " + std::string(c.name) + ": " + c.message + "\n");
+    EXPECT_EQ(Run("r.recipe frame=" + c.name).complaint(),
+              std::pair(1, "r.recipe:1: " + c.name + ": " + c.message + "\n"));
     EXPECT_EQ(FilesIn(folder.path()), files);
   }
 }
@@ -233,12 +221,6 @@ TEST_F(BatchTest, OutputThatCannotBeWrittenIsAFailure) {
   WriteFile(folder.File("r.recipe"), "load frame star.fts\nheader frame\n");
   const std::string command = "cd '" + folder.path() + "' && '" + HALMEK_BATCH + "' r.recipe 2>&1 >/dev/full";
   EXPECT_EQ(WEXITSTATUS(std::system((command + " | grep -q 'could not be written'").c_str())), 0);
-}
-
-TEST_F(BatchTest, AFullDiskLeavesTheOldFileAndTheDevice) {
-  EXPECT_EQ(RunRecipe("load frame star.fts\nsave frame /dev/full\n").err,
-            "r.recipe:2: /dev/full: Error: 61  Error: Disk full.\n");
-  EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // Real frames of the Kast blue arm, reduced and calibrated by recipe.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
@@ -34,26 +35,21 @@ std::vector<KnownLine> CleanLines(const std::string& path) {
 }
 
 void RunFile(Session& session, const std::string& recipe, const Variables& variables) {
-  const std::string text = ReadFile(std::string(HALMEK_TEST_RECIPES) + "/" + recipe);
+  const std::string text = ReadFile(HALMEK_TEST_RECIPES "/" + recipe);
   RunRecipe(session, ParseRecipe(text, variables), [](const RecipeLine&, const Outcome&) {});
 }
 
-// The wavelength at which the spectrum is deepest within a range, by the centroid of the line below its
-// edges.
+// The wavelength of a line within a range, by its centroid below the brightest pixel there.
 double LineCentre(const Session& s, double low, double high) {
-  const Slot& object = s.slot[slots::object];
-  const auto wavelength = [&](int p) { return s.dispStart + (p - 1) * s.dispStep; };
-  double continuum = 0, depth = 0, moment = 0;
-  for (int pass = 0; pass < 2; ++pass) {
-    for (int p = 1; p <= Pixels(object); ++p) {
-      if (wavelength(p) < low || wavelength(p) > high)
-        continue;
-      const double below = continuum - object.spectrum(p);
-      if (pass == 0)
-        continuum = std::max(continuum, object.spectrum(p));
-      depth += pass * below * below;
-      moment += pass * below * below * wavelength(p);
-    }
+  const auto pixelAt = [&](double wavelength) { return (wavelength - s.dispStart) / s.dispStep + 1; };
+  const int first = static_cast<int>(std::ceil(pixelAt(low))), last = static_cast<int>(pixelAt(high));
+  const auto light = s.slot[slots::object].spectrum.Range(first, last);
+  const double continuum = *std::max_element(light.begin(), light.end());
+  double depth = 0, moment = 0;
+  for (int p = first; p <= last; ++p) {
+    const double below = continuum - light[static_cast<size_t>(p - first)];
+    depth += below * below;
+    moment += below * below * (s.dispStart + (p - 1) * s.dispStep);
   }
   return moment / depth;
 }

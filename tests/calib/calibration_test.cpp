@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <tuple>
 
 #include "calib/deviations.h"
 #include "calib/dispersion.h"
@@ -15,19 +16,20 @@ constexpr int pixels = 1000;
 struct CalibrationTest : testing::Test {
   std::unique_ptr<Session> session = SessionIn("/");
   Slot& object = session->slot[slots::object];
+  Arc& arc = session->arc[1];
 
-  // An arc on a straight line of 1.25 Angstrom per pixel from 4000 at column 0, with this correction
-  // function.
-  void SetArc(int a, const std::vector<double>& correction) {
+  CalibrationTest() { session->arcCount = 1; }
+
+  // An arc on a straight line of 1.25 Angstrom per pixel from 4000 at column 0, with this correction at every
+  // column.
+  void SetArc(int a, double correction) {
     IdentifyLines(*session, a, pixels, test::Columns(6, 100, 150), [](double c) { return 4000 + 1.25 * c; });
-    Arc& arc = session->arc[a];
-    arc.linIntercept = 4000;
-    arc.linSlope = 1.25;
-    arc.fitPower = 4;
-    arc.DeviationCoef[4].power = 4;
-    std::copy(correction.begin(), correction.end(), arc.DeviationCoef[4].a.begin());
-    arc.fitDone = true;
-    arc.fitIsStale.fill(false);
+    Arc& set = session->arc[a];
+    set.linIntercept = 4000;
+    set.linSlope = 1.25;
+    set.DeviationCoef[set.fitPower] = {.power = 4, .a = {correction}};
+    set.fitDone = true;
+    set.fitIsStale.fill(false);
   }
 
   std::vector<double> SetObject() {
@@ -38,10 +40,14 @@ struct CalibrationTest : testing::Test {
     return values;
   }
 
-  std::vector<double> Corrected() {
-    CorrectDispersion(*session);
-    const auto values = object.spectrum.Range(1, pixels);
-    return {values.begin(), values.end()};
+  // Lines of arc 1 on a slight curve.
+  void IdentifyCurve(int lines) {
+    IdentifyLines(*session, 1, pixels, test::Columns(lines, 100, 100),
+                  [](double c) { return 5000 + 0.6 * c + 1e-5 * c * c; });
+  }
+
+  std::string CorrectionRefusal() {
+    return RefusalOf([&] { CorrectDispersion(*session); });
   }
 };
 
@@ -49,7 +55,6 @@ TEST_F(CalibrationTest, DeviationsOfAKnownCurveAreFittedByTheirPower) {
   const auto curve = [](double c) { return 5000 + 0.6 * c + 2e-5 * c * c - 1e-8 * c * c * c; };
   for (int power : {3, 4}) {
     IdentifyLines(*session, 1, pixels, test::Columns(12, 40, 80), curve);
-    Arc& arc = session->arc[1];
     arc.fitPower = power;
     ComputeDeviations(*session, 1);
     FitDeviations(*session, 1);
@@ -68,38 +73,30 @@ TEST_F(CalibrationTest, RefusalsOfDeviationFitsByPowerAndNumberOfLines) {
     return "For a fit of power " + std::to_string(power) + ", you need at least " +
            std::to_string(power + 1) + " terms.  Please try again.";
   };
-  const struct {
-    int lines, power;
-    bool byMask;
-    std::string refusal;
-  } cases[] = {{2, 2, false, "You haven't identified enough lines.  At least three are required."},
-               {2, 2, true, message(2)},
-               {3, 2, false, ""},
-               {3, 3, false, message(3)},
-               {4, 3, false, ""},
-               {4, 4, false, message(4)},
-               {5, 4, false, ""},
-               {5, 5, false, message(5)},
-               {6, 5, false, "Sorry; this has not been implemented yet."}};
-  for (const auto& c : cases) {
-    const auto fresh = SessionIn("/");
-    IdentifyLines(*fresh, 1, pixels, test::Columns(c.lines, 100, 150),
-                  [](double x) { return 5000 + 0.6 * x + 1e-5 * x * x; });
-    Arc& arc = fresh->arc[1];
-    arc.fitPower = c.power;
-    arc.maskApplied = c.byMask;
-    if (c.lines >= 3)
-      ComputeDeviations(*fresh, 1);
-    EXPECT_EQ(RefusalOf([&] { FitDeviations(*fresh, 1); }), c.refusal)
-        << c.lines << " lines, power " << c.power;
-    EXPECT_EQ(arc.fitDone, c.refusal.empty());
+  const std::tuple<int, int, bool, std::string> cases[] = {
+      {2, 2, false, "You haven't identified enough lines.  At least three are required."},
+      {2, 2, true, message(2)},
+      {3, 2, false, ""},
+      {3, 3, false, message(3)},
+      {4, 3, false, ""},
+      {4, 4, false, message(4)},
+      {5, 4, false, ""},
+      {5, 5, false, message(5)},
+      {6, 5, false, "Sorry; this has not been implemented yet."}};
+  for (const auto& [lines, power, byMask, refusal] : cases) {
+    DeleteAllLines(*session, 1);
+    IdentifyCurve(lines);
+    arc.fitPower = power;
+    arc.maskApplied = byMask;
+    if (lines >= 3)
+      ComputeDeviations(*session, 1);
+    EXPECT_EQ(RefusalOf([&] { FitDeviations(*session, 1); }), refusal) << lines << " lines, power " << power;
+    EXPECT_EQ(arc.fitDone, refusal.empty());
   }
 }
 
 TEST_F(CalibrationTest, ResetDropsTheFitAndPowersKeepTheirOwnCoefficients) {
-  IdentifyLines(*session, 1, pixels, test::Columns(8, 100, 100),
-                [](double x) { return 5000 + 0.6 * x + 1e-5 * x * x; });
-  Arc& arc = session->arc[1];
+  IdentifyCurve(8);
   EXPECT_EQ(RefusalOf([&] { AcceptDeviations(*session, 1); }), "Hey, you need to do the fit!");
   EXPECT_EQ(RefusalOf([&] { RequireCalibrated(*session, 1); }),
             "Hey, you have not completed the line identification and fitting process!");
@@ -118,7 +115,7 @@ TEST_F(CalibrationTest, ResetDropsTheFitAndPowersKeepTheirOwnCoefficients) {
 }
 
 TEST_F(CalibrationTest, PlotShowsADotPerLineAndTheCurveOnceFitted) {
-  IdentifyLines(*session, 1, pixels, test::Columns(6, 100, 150), [](double x) { return 5000 + 0.6 * x; });
+  IdentifyCurve(6);
   ComputeDeviations(*session, 1);
   const auto count = [&](auto kind) {
     const Drawing drawing = PlotDeviations(*session, 1, {14000, 6000});
@@ -132,34 +129,33 @@ TEST_F(CalibrationTest, PlotShowsADotPerLineAndTheCurveOnceFitted) {
 }
 
 TEST_F(CalibrationTest, NoDeviationLeavesTheSpectrumAndAddsThreeCards) {
-  SetArc(1, {0});
-  session->arcCount = 1;
+  SetArc(1, 0);
   const auto before = SetObject();
   const int cards = object.cardCount;
-  EXPECT_EQ(Corrected(), before);
+  CorrectDispersion(*session);
+  const auto after = object.spectrum.Range(1, pixels);
+  EXPECT_EQ(std::vector<double>(after.begin(), after.end()), before);
   ASSERT_EQ(object.cardCount, cards + 3);
   EXPECT_EQ(object.card(cards + 1),
             "CRVAL1  =             4001.250 / Wavelength of first pixel in Angstroms");
   EXPECT_EQ(object.card(cards + 2), "CD1_1   =            1.2500000 / Wavelength scale in Angstroms / pixel");
   EXPECT_EQ(object.card(cards + 3), "HISTORY  Halmek corrected the dispersion to linear.");
-  EXPECT_TRUE(session->workflow.saveObjectEnabled);
-  EXPECT_FALSE(session->workflow.correctEnabled);
-  EXPECT_EQ(RefusalOf([&] { CorrectDispersion(*session); }),
-            "This file has already been dispersion corrected.");
+  EXPECT_TRUE(session->workflow.saveObjectEnabled && !session->workflow.correctEnabled);
+  EXPECT_EQ(CorrectionRefusal(), "This file has already been dispersion corrected.");
 }
 
 TEST_F(CalibrationTest, TwoArcsAreAveragedAndBothMustBeFitted) {
-  SetArc(1, {0.5});
-  SetArc(2, {1.5});
+  session->arcCount = 2;
+  SetArc(1, 0.5);
+  SetArc(2, 1.5);
   session->arc[2].linIntercept = 4010;
   session->arc[2].linSlope = 1.35;
   SetObject();
   EXPECT_NEAR(CorrectionShift(*session, 500), 1.0 / 1.3, 1e-12);
   session->arc[2].fitDone = false;
-  EXPECT_EQ(
-      RefusalOf([&] { CorrectDispersion(*session); }),
-      "Hey, if you have only 1 calibrated arc, select 1 under # Arc files or calibrate the uncalibrated arc "
-      "file.");
+  EXPECT_EQ(CorrectionRefusal(),
+            "Hey, if you have only 1 calibrated arc, select 1 under # Arc files or calibrate the "
+            "uncalibrated arc file.");
   session->arc[2].fitDone = true;
   CorrectDispersion(*session);
   EXPECT_NEAR(session->dispStep, 1.3, 1e-12);
@@ -167,43 +163,38 @@ TEST_F(CalibrationTest, TwoArcsAreAveragedAndBothMustBeFitted) {
 }
 
 TEST_F(CalibrationTest, RefusalsChangeNothing) {
-  session->arcCount = 1;
-  EXPECT_EQ(RefusalOf([&] { CorrectDispersion(*session); }), "Hey, no Object file has been loaded!");
+  EXPECT_EQ(CorrectionRefusal(), "Hey, no Object file has been loaded!");
   const auto before = SetObject();
-  EXPECT_EQ(RefusalOf([&] { CorrectDispersion(*session); }),
-            "Hey, you need to identify two or more lines of Arc 1 first!");
-  SetArc(1, {2});
+  EXPECT_EQ(CorrectionRefusal(), "Hey, you need to identify two or more lines of Arc 1 first!");
+  SetArc(1, 2);
   object.cardCount = lastCard - 2;
-  EXPECT_EQ(RefusalOf([&] { CorrectDispersion(*session); }), "Error: 9  Subscript out of range.");
+  EXPECT_EQ(CorrectionRefusal(), "Error: 9  Subscript out of range.");
   EXPECT_EQ(object.cardCount, lastCard - 2);
   EXPECT_EQ(object.spectrum(500), before[499]);
   object.cardCount = 6;
-  session->arc[1].linSlope = 1e-9;
-  EXPECT_EQ(RefusalOf([&] { CorrectDispersion(*session); }),
+  arc.linSlope = 1e-9;
+  EXPECT_EQ(CorrectionRefusal(),
             "Hey, the arcs give no wavelength scale!  Please identify their lines again.");
   object.cd1_1Card = 5;
-  EXPECT_EQ(RefusalOf([&] { CorrectDispersion(*session); }),
-            "This file has already been dispersion corrected.");
+  EXPECT_EQ(CorrectionRefusal(), "This file has already been dispersion corrected.");
 }
 
 TEST_F(CalibrationTest, DoubtfulCalibrationsWarn) {
-  session->arcCount = 1;
-  SetArc(1, {0});
+  SetArc(1, 0);
   SetObject();
-  session->arc[1].fitIsStale.fill(true);
+  arc.fitIsStale.fill(true);
   EXPECT_EQ(CorrectDispersion(*session),
             Warnings{"The lines of Arc 1 have changed since their deviations were fitted."});
   SetSpectrum(*session, slots::object, std::vector<double>(990, 5.0));
-  session->arc[1].fitPower = 2;
+  arc.fitPower = 2;
   EXPECT_EQ(CorrectDispersion(*session),
             (Warnings{"The deviations of Arc 1 were not fitted with power 2: no correction comes from it.",
                       "Arc 1 has 1000 pixels, the object 990: were they trimmed alike?"}));
 }
 
 TEST_F(CalibrationTest, FarShiftsLoseTheirFluxWithoutHarm) {
-  session->arcCount = 1;
   for (double shift : {1e300, -1e300, 5000.0, -5000.0}) {
-    SetArc(1, {shift});
+    SetArc(1, shift);
     SetObject();
     EXPECT_NO_THROW(CorrectDispersion(*session)) << shift;
   }

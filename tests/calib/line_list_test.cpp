@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <tuple>
 
 #include "calib/arc_plot.h"
 #include "calib/wavelength_table.h"
@@ -15,19 +16,23 @@ namespace {
 struct LineListTest : testing::Test {
   std::unique_ptr<Session> session = SessionIn("/");
   Arc& arc = session->arc[1];
-  LinePanel& panel = session->linePanel;
 
+  LineListTest() { SetSpectrum(*session, 1, ArcOf(1000, {200, 500, 800})); }
   void Identify(int column, double wavelength) {
     ClickLine(*session, 1, column);
     UpdateFit(*session, 1, wavelength);
   }
+  std::string Panel() const {
+    const LinePanel& p = session->linePanel;
+    return "peak" + p.peakText + ", centroid" + p.centroidText + ", estimate" + p.estimateText + ", entry " +
+           std::to_string(p.tableEntry) + p.wavelengthText + " " + p.nameText + ", deviation" +
+           p.deviationText + ", rms" + p.rmsText + ", lines" + p.countText;
+  }
 };
 
 TEST_F(LineListTest, ListIsInColumnOrderWhateverTheOrderOfClicks) {
-  SetSpectrum(*session, 1, ArcOf(1000, {200, 500, 800}));
-  Identify(800, 5800);
-  Identify(200, 5200);
-  Identify(500, 5500);
+  for (int column : {800, 200, 500})
+    Identify(column, 5000 + column);
   ASSERT_EQ(arc.LineCount, 3);
   for (int k = 1; k <= 3; ++k) {
     EXPECT_NEAR(arc.ArcLineColumn(k), 300 * k - 100, 1e-6);
@@ -39,65 +44,43 @@ TEST_F(LineListTest, ListIsInColumnOrderWhateverTheOrderOfClicks) {
 }
 
 TEST_F(LineListTest, PanelShowsTheFitFromTheSecondLineOn) {
-  SetSpectrum(*session, 1, ArcOf(1000, {200, 500, 800}));
+  const std::string ofLine200 = "peak 200, centroid  200.00000, estimate, entry 1 , deviation, rms, lines ";
   ClickLine(*session, 1, 203);
-  EXPECT_EQ(panel.peakText, " 200");
-  EXPECT_EQ(panel.centroidText, "  200.00000");
-  EXPECT_EQ(panel.countText, " 0");
-  EXPECT_EQ(panel.estimateText + panel.wavelengthText + panel.rmsText, "");
-
+  EXPECT_EQ(Panel(), ofLine200 + "0");
   UpdateFit(*session, 1, 5200);
-  EXPECT_EQ(panel.countText, " 1");
-  EXPECT_EQ(panel.estimateText + panel.rmsText, "");
-
+  EXPECT_EQ(Panel(), ofLine200 + "1");
   Identify(500, 5503);
-  EXPECT_EQ(panel.countText, " 2");
-  EXPECT_EQ(panel.rmsText, "    0.000");
-  EXPECT_EQ(panel.estimateText, " 5503.000");
+  EXPECT_EQ(Panel(),
+            "peak 500, centroid  500.00000, estimate 5503.000, entry 1 , deviation    0.000, rms    0.000, "
+            "lines 2");
 }
 
 TEST_F(LineListTest, ProposesTheNearestTableEntryAndOfEqualsTheFirst) {
   session->wavelengthTable = ParseWavelengthTable("head\r\n5802,first\r\n5798,second\r\n5200,\"Ne, I\"\r\n");
-  SetSpectrum(*session, 1, ArcOf(1000, {200, 500, 800}));
   Identify(200, 5200);
   Identify(500, 5500);
   ClickLine(*session, 1, 800);
-  EXPECT_EQ(panel.nameText, "first");
-  EXPECT_EQ(panel.tableEntry, 1);
-  EXPECT_EQ(panel.wavelengthText, " 5802.00000");
-  EXPECT_EQ(panel.deviationText, "   -2.00000");
-
+  const std::string ofLine800 = "peak 800, centroid  800.00000, estimate 5800.00000, entry ";
+  EXPECT_EQ(Panel(), ofLine800 + "1 5802.00000 first, deviation   -2.00000, rms, lines 2");
   ShowTableEntry(*session, 99);
-  EXPECT_EQ(panel.tableEntry, 3);
-  EXPECT_EQ(panel.nameText, "Ne, I");
-  EXPECT_EQ(panel.wavelengthText, " 5200.00000");
+  EXPECT_EQ(Panel(), ofLine800 + "3 5200.00000 Ne, I, deviation  600.00000, rms, lines 2");
 }
 
 TEST_F(LineListTest, WavelengthsOutsideTheRangeAreRefusedAndItsEndsAccepted) {
-  SetSpectrum(*session, 1, ArcOf(1000, {200}));
-  const struct {
-    double wavelength;
-    bool accepted;
-  } cases[] = {{2999.99, false},      {9000.01, false}, {0, false},  {-5000, false},
-               {std::nan(""), false}, {3000, true},     {9000, true}};
-  for (const auto& c : cases) {
+  const std::string refused =
+      "Hey, you need to type a valid wavelength! (It must be between 3000 and 9000 Angstroms.)";
+  for (double wavelength : {2999.99, 9000.01, 0.0, -5000.0, std::nan(""), 3000.0, 9000.0}) {
+    const bool accepted = wavelength == 3000 || wavelength == 9000;
     DeleteAllLines(*session, 1);
-    ClickLine(*session, 1, 200);
-    const std::string refusal = RefusalOf([&] { UpdateFit(*session, 1, c.wavelength); });
-    EXPECT_EQ(refusal, c.accepted
-                           ? ""
-                           : "Hey, you need to type a valid wavelength! (It must be between 3000 and 9000 "
-                             "Angstroms.)");
-    EXPECT_EQ(arc.LineCount, c.accepted);
+    EXPECT_EQ(RefusalOf([&] { Identify(200, wavelength); }), accepted ? "" : refused) << wavelength;
+    EXPECT_EQ(arc.LineCount, accepted) << wavelength;
   }
 }
 
 TEST_F(LineListTest, AnIdentifiedLineKeepsItsWavelengthUntilItIsDeleted) {
-  SetSpectrum(*session, 1, ArcOf(1000, {200, 500}));
   Identify(200, 5200);
   EXPECT_FALSE(UpdateFit(*session, 1, 5300));
-  EXPECT_EQ(arc.LineCount, 1);
-  EXPECT_EQ(arc.ArcLineWavelength(1), 5200);
+  EXPECT_EQ(std::pair(arc.LineCount, arc.ArcLineWavelength(1)), std::pair(1, 5200.0));
   EXPECT_EQ(DeleteEntry(*session, 1), 1);
   Identify(200, 5300);
   EXPECT_EQ(arc.ArcLineWavelength(1), 5300);
@@ -109,8 +92,7 @@ TEST_F(LineListTest, DeletionTakesAllLinesWithinThreePixels) {
   const double pair[] = {10, 60, 300, 150, 280, 60, 10};
   std::copy(std::begin(pair), std::end(pair), values.begin() + 196);
   SetSpectrum(*session, 1, values);
-  ClickLine(*session, 1, 199);
-  UpdateFit(*session, 1, 5199);
+  Identify(199, 5199);
   arc.PixelCentroid(201) = 201.1;
   arc.PixelWavelength(201) = 5201;
   Identify(500, 5500);
@@ -125,24 +107,19 @@ TEST_F(LineListTest, DeletionTakesAllLinesWithinThreePixels) {
 }
 
 TEST_F(LineListTest, The51stLineIsRefusedAndTheListStays) {
-  const std::vector<double> columns = test::Columns(51, 30, 50);
-  SetSpectrum(*session, 1, ArcOf(2700, columns));
+  SetSpectrum(*session, 1, ArcOf(2700, test::Columns(51, 30, 50)));
   for (int k = 0; k < 50; ++k)
-    Identify(static_cast<int>(columns[static_cast<size_t>(k)]), 5000 + 10 * k);
-  ClickLine(*session, 1, static_cast<int>(columns[50]));
-  EXPECT_EQ(RefusalOf([&] { UpdateFit(*session, 1, 5990); }),
+    Identify(30 + 50 * k, 5000 + 10 * k);
+  EXPECT_EQ(RefusalOf([&] { Identify(2530, 5990); }),
             "An arc can have 50 identified lines at most.  Please delete one first.");
-  EXPECT_EQ(arc.LineCount, 50);
-  EXPECT_EQ(arc.PixelWavelength(static_cast<int>(columns[50])), 0);
+  EXPECT_EQ(std::pair(arc.LineCount, arc.PixelWavelength(2530)), std::pair(50, 0.0));
 }
 
 TEST_F(LineListTest, TwinsDoNotLeakIntoEachOther) {
   IdentifyLines(*session, 1, 1000, {200, 500}, [](double c) { return 5000 + c; });
   IdentifyLines(*session, 2, 1000, {300, 600, 900}, [](double c) { return 6000 + 2 * c; });
   DeleteAllLines(*session, 1);
-  EXPECT_EQ(arc.LineCount, 0);
-  EXPECT_EQ(arc.linSlope, 0);
-  EXPECT_EQ(arc.PixelCentroid(200), 0);
+  EXPECT_EQ(std::tuple(arc.LineCount, arc.linSlope, arc.PixelCentroid(200)), std::tuple(0, 0.0, 0.0));
   EXPECT_EQ(session->arc[2].LineCount, 3);
   EXPECT_NEAR(session->arc[2].linSlope, 2, 1e-9);
 }
@@ -167,11 +144,10 @@ TEST_F(LineListTest, MarksStandAtTheLinesInTheArcsColour) {
     IdentifyLines(*session, a, 1001, {201}, [](double c) { return 5000 + c; });
     const Drawing drawing = PlotArc(*session, a, {14000, 6000});
     const PlotFrame& f = session->arc[a].plotFrame;
-    const auto* mark = std::get_if<Line>(&drawing.items.back());
-    ASSERT_NE(mark, nullptr);
-    EXPECT_EQ(mark->colour, expected[a]);
-    EXPECT_NEAR(mark->from.x, f.plotLeft + 0.2 * f.plotWidth, 1);
-    EXPECT_NEAR(mark->to.y - mark->from.y, 0.05 * f.plotHeight, 1);
+    const Line& mark = std::get<Line>(drawing.items.back());
+    EXPECT_EQ(mark.colour, expected[a]);
+    EXPECT_NEAR(mark.from.x, f.plotLeft + 0.2 * f.plotWidth, 1);
+    EXPECT_NEAR(mark.to.y - mark.from.y, 0.05 * f.plotHeight, 1);
     EXPECT_EQ(drawing.caption.substr(0, 15), a == 1 ? "Arc 1   File:  " : "Arc 2   File:  ");
   }
 }

@@ -3,6 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <map>
+#include <tuple>
+
 #include "calib/wavelength_table.h"
 #include "synthetic_arc.h"
 
@@ -11,17 +15,14 @@ namespace {
 
 constexpr const char* tableMessage =
     "Wavelength file 'WL_table.txt' not found - load from menu bar or enter tabular values manually.";
-constexpr const char* maskHeader =
-    "Mask data for line identification.  Peak column; tabular wavelength (Angstroms).\r\n";
 
 struct MaskTest : testing::Test {
   TemporaryFolder folder;
   std::unique_ptr<Session> session = SessionIn(folder.path());
   Arc& arc = session->arc[1];
 
-  void Write(const std::string& name, const std::string& text) { WriteFile(folder.File(name), text); }
   std::string LoadMaskText(const std::string& text) {
-    Write("m.dat", text);
+    WriteFile(folder.File("m.dat"), text);
     return RefusalOf([&] { LoadMask(*session, "m.dat"); });
   }
 };
@@ -34,36 +35,40 @@ std::string TableOf(int entries) {
 }
 
 TEST_F(MaskTest, TablesThatCannotBeReadLeaveAnEmptyTableAndTheOneMessage) {
-  const struct {
-    const char* what;
-    std::string text;
-    int count;  // 0 = refused
-  } cases[] = {{"1000 entries", TableOf(1000), 1000},
-               {"1001 entries", TableOf(1001), 0},
-               {"header only", "header\r\n", 0},
-               {"empty", "", 0},
-               {"words", "header\r\nsix thousand,Ne\r\n", 0},
-               {"a number alone", "header\r\n6000\r\n", 0},
-               {"a decimal comma", "header\r\n6000,12;Ne\r\n6001,5;Ar,x\r\n", 0},
-               {"beyond a double", "header\r\n1e999,Ne\r\n", 0},
-               {"unix line ends, no last one", "header\n 6000.5 , Ne I\n6001,\"Ar, II\"", 2},
-               {"an empty label, blank lines", "header\r\n6000,\r\n\r\n6001,x\r\n\r\n", 2}};
-  for (const auto& c : cases) {
-    Write("t.txt", c.text);
+  // What is in the file, and how many entries come of it; 0 where it is refused.
+  const std::tuple<const char*, std::string, int> cases[] = {
+      {"1000 entries", TableOf(1000), 1000},
+      {"1001 entries", TableOf(1001), 0},
+      {"header only", "header\r\n", 0},
+      {"empty", "", 0},
+      {"words", "header\r\nsix thousand,Ne\r\n", 0},
+      {"a number alone", "header\r\n6000\r\n", 0},
+      {"a decimal comma", "header\r\n6000,12;Ne\r\n6001,5;Ar,x\r\n", 0},
+      {"beyond a double", "header\r\n1e999,Ne\r\n", 0},
+      {"unix line ends, no last one", "header\n 6000.5 , Ne I\n6001,\"Ar, II\"", 2},
+      {"an empty label, blank lines", "header\r\n6000,\r\n\r\n6001,x\r\n\r\n", 2}};
+  for (const auto& [what, text, count] : cases) {
+    WriteFile(folder.File("t.txt"), text);
     session->wavelengthTable.wlCount = 7;
-    EXPECT_EQ(RefusalOf([&] { LoadWavelengthTable(*session, "t.txt"); }), c.count > 0 ? "" : tableMessage)
-        << c.what;
-    EXPECT_EQ(session->wavelengthTable.wlCount, c.count) << c.what;
+    EXPECT_EQ(RefusalOf([&] { LoadWavelengthTable(*session, "t.txt"); }), count > 0 ? "" : tableMessage)
+        << what;
+    EXPECT_EQ(session->wavelengthTable.wlCount, count) << what;
   }
   EXPECT_EQ(session->wavelengthTable.WLValue(1), 6000);
   EXPECT_EQ(RefusalOf([&] { LoadWavelengthTable(*session, "nowhere.txt"); }), tableMessage);
 }
 
-TEST_F(MaskTest, SavedMasksReadBackTheSameLines) {
+TEST_F(MaskTest, SavedMasksHaveBlanksAroundEachNumberAndReadBackTheSameLines) {
   IdentifyLines(*session, 1, 1000, {200.3, 500.7, 800.1}, [](double c) { return 5000 + c / 3; });
+  arc.ArcLineColumn(1) = 12.5;
+  arc.ArcLineWavelength(1) = 5852.488;
   SaveMask(*session, 1, "m.dat");
-  EXPECT_EQ(session->mask.maskFileName, "m.dat");
-  EXPECT_EQ(session->workflow.arc[1].maskName, "m.dat");
+  EXPECT_EQ(session->mask.maskFileName + session->workflow.arc[1].maskName, "m.datm.dat");
+  const std::string header =
+      "Mask data for line identification.  Peak column; tabular wavelength (Angstroms).";
+  const std::string file = ReadFile(folder.File("m.dat"));
+  EXPECT_TRUE(file.starts_with(header + "\r\n 12.5  5852.488 \r\n") && file.ends_with(" \r\n")) << file;
+  EXPECT_EQ(std::count(file.begin(), file.end(), '\n'), 4);
 
   const auto other = SessionIn(folder.path());
   LoadMask(*other, "m.dat");
@@ -72,15 +77,6 @@ TEST_F(MaskTest, SavedMasksReadBackTheSameLines) {
     EXPECT_NEAR(other->mask.MaskColumn(k), arc.ArcLineColumn(k), 1e-12);
     EXPECT_NEAR(other->mask.MaskWavelength(k), arc.ArcLineWavelength(k), 1e-11);
   }
-  EXPECT_EQ(ReadFile(folder.File("m.dat")).find(maskHeader), 0u);
-}
-
-TEST_F(MaskTest, DataLinesHaveBlanksAroundEachNumber) {
-  arc.LineCount = 1;
-  arc.ArcLineColumn(1) = 12.5;
-  arc.ArcLineWavelength(1) = 5852.488;
-  SaveMask(*session, 1, "m.dat");
-  EXPECT_EQ(ReadFile(folder.File("m.dat")), std::string(maskHeader) + " 12.5  5852.488 \r\n");
 }
 
 TEST_F(MaskTest, SavingNothingOrIntoNowhereKeepsTheLoadedMask) {
@@ -89,8 +85,7 @@ TEST_F(MaskTest, SavingNothingOrIntoNowhereKeepsTheLoadedMask) {
             "There are no centroided peaks and tabular wavelengths to save.");
   IdentifyLines(*session, 1, 1000, {200, 500}, [](double c) { return 5000 + c; });
   EXPECT_EQ(RefusalOf([&] { SaveMask(*session, 1, "none/n.dat"); }), "Error: 76  Error: Path not found.");
-  EXPECT_EQ(session->mask.maskFileName, "m.dat");
-  EXPECT_EQ(session->mask.maskCount, 1);
+  EXPECT_EQ(session->mask.maskFileName + std::to_string(session->mask.maskCount), "m.dat1");
 }
 
 TEST_F(MaskTest, AppliedMaskFindsLinesShiftedByTenPixelsAndReplacesTheList) {
@@ -118,24 +113,18 @@ TEST_F(MaskTest, AMaskThatDoesNotFitNamesTheEntryAndChangesNothing) {
   EXPECT_EQ(RefusalOf([&] { ApplyMask(*session, 1); }), "Hey, you need to load the mask file first!");
   IdentifyLines(*session, 1, 1000, {200, 500}, [](double c) { return 5000 + c; });
   const double slope = arc.linSlope;
-  const struct {
-    const char* mask;
-    const char* message;
-  } cases[] = {
-      {"Mask\r\n200 5200\r\n2500 5500\r\n",
-       "Mask entry 2 (column 2500, 5500 Angstroms):  There is no maximum in this range.  Please try again."},
-      {"Mask\r\n200 5200\r\n350.5 5500\r\n",
-       "Mask entry 2 (column 350.5, 5500 Angstroms):  There is no maximum in this range.  Please try again."},
-      {"Mask\r\n200 5200\r\n500 0\r\n",
-       "Mask entry 2 (column 500, 0 Angstroms):  The wavelength must be between 3000 and 9000 Angstroms."},
-      {"Mask\r\n200 5200\r\n", "Hey, a mask needs two or more different lines!"},
-      {"Mask\r\n199 5200\r\n201 5300\r\n", "Hey, a mask needs two or more different lines!"}};
-  for (const auto& c : cases) {
-    ASSERT_EQ(LoadMaskText(c.mask), "");
-    EXPECT_EQ(RefusalOf([&] { ApplyMask(*session, 1); }), c.message);
-    EXPECT_EQ(arc.LineCount, 2);
-    EXPECT_EQ(arc.linSlope, slope);
-    EXPECT_FALSE(arc.maskApplied);
+  const std::string second = "Mask entry 2 (column ", two = "Hey, a mask needs two or more different lines!";
+  const std::string none = "There is no maximum in this range.  Please try again.";
+  for (const auto& [entries, message] : std::map<std::string, std::string>{
+           {"200 5200\r\n2500 5500\r\n", second + "2500, 5500 Angstroms):  " + none},
+           {"200 5200\r\n350.5 5500\r\n", second + "350.5, 5500 Angstroms):  " + none},
+           {"200 5200\r\n500 0\r\n",
+            second + "500, 0 Angstroms):  The wavelength must be between 3000 and 9000 Angstroms."},
+           {"200 5200\r\n", two},
+           {"199 5200\r\n201 5300\r\n", two}}) {
+    ASSERT_EQ(LoadMaskText("Mask\r\n" + entries), "");
+    EXPECT_EQ(RefusalOf([&] { ApplyMask(*session, 1); }), message);
+    EXPECT_EQ(std::tuple(arc.LineCount, arc.linSlope, arc.maskApplied), std::tuple(2, slope, false));
   }
   ASSERT_EQ(LoadMaskText("Mask\r\n199 5200\r\n201 5201\r\n500 5500\r\n"), "");
   EXPECT_EQ(ApplyMask(*session, 1), Warnings{"Mask entries 1 and 2 found the same line, at column 200."});

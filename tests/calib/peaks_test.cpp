@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <random>
+#include <tuple>
 
 #include "calib/arc_plot.h"
 #include "synthetic_arc.h"
@@ -24,36 +25,27 @@ TEST_F(PeakTest, WindowIsTenPixelsEitherSideCutAtTheEndsAndTheLowestOfEqualsWins
   std::vector<double> values(100, 1.0);
   values[49] = values[50] = 5;  // pixels 50 and 51
   Set(values);
-  const struct {
-    int guess, low, high, pixel;
-  } cases[] = {{50, 40, 60, 50}, {41, 31, 51, 50},  {60, 50, 70, 50},  {61, 51, 71, 51},
-               {3, 1, 13, 1},    {98, 88, 100, 88}, {150, 140, 100, 0}};
-  for (const auto& c : cases) {
-    const Peak peak = FindPeak(arc, c.guess);
-    EXPECT_EQ(peak.low, c.low) << c.guess;
-    EXPECT_EQ(peak.high, c.high) << c.guess;
-    EXPECT_EQ(peak.pixel, c.pixel) << c.guess;
+  // The guess, the ends of its window, and the peak.
+  const std::array<int, 4> cases[] = {{50, 40, 60, 50},  {41, 31, 51, 50}, {60, 50, 70, 50},
+                                      {61, 51, 71, 51},  {3, 1, 13, 1},    {98, 88, 100, 88},
+                                      {150, 140, 100, 0}};
+  for (const auto& [guess, low, high, pixel] : cases) {
+    const Peak peak = FindPeak(arc, guess);
+    EXPECT_EQ((std::array{peak.low, peak.high, peak.pixel}), (std::array{low, high, pixel})) << guess;
   }
   Set(std::vector<double>(100, -3.0));
   EXPECT_EQ(FindPeak(arc, 50).pixel, 0) << "no pixel is positive";
 }
 
-TEST_F(PeakTest, SymmetricLineCentroidsOnItsPeakWithoutError) {
-  Set({0, 0, 10, 50, 100, 50, 10, 0, 0});
+TEST_F(PeakTest, CentroidIsTheMeanOfTheBisectorsMidpointsWithItsStandardError) {
+  // Left core: pixels 3 (40) and 4 (80); right core: pixels 6 (60) and 7 (35). By hand: 40 is crossed on the
+  // right at 6.8, 80 at 5.5; 60 on the left at 3.5, 35 at 2.875.
+  Set({0, 0, 40, 80, 100, 60, 35, 0, 0});
   const Centroid centroid = CentroidLine(arc, 5, midpoints);
-  EXPECT_EQ(centroid.column, 5);
-  EXPECT_EQ(centroid.error, 0);
-}
-
-TEST_F(PeakTest, CentroidIsTheMeanOfTheBisectorsMidpoints) {
-  // Left core: pixels 3 (40) and 4 (80); right core: pixel 6 (60) and 7 (20). By hand: 40 is crossed on the
-  // right at 6.5, 80 at 5.5; 60 on the left at 3.5, 20 at 2.5.
-  Set({0, 0, 40, 80, 100, 60, 20, 0, 0});
-  const Centroid centroid = CentroidLine(arc, 5, midpoints);
-  const double m1 = (3 + 6.5) / 2, m2 = (4 + 5.5) / 2, m3 = (3.5 + 6) / 2, m4 = (2.5 + 7) / 2;
-  EXPECT_DOUBLE_EQ(midpoints(1), m1);
-  EXPECT_DOUBLE_EQ(midpoints(4), m4);
-  EXPECT_DOUBLE_EQ(centroid.column, (m1 + m2 + m3 + m4) / 4);
+  EXPECT_DOUBLE_EQ(midpoints(1), 4.9);
+  EXPECT_DOUBLE_EQ(midpoints(4), 4.9375);
+  EXPECT_DOUBLE_EQ(centroid.column, (4.9 + 4.75 + 4.75 + 4.9375) / 4);
+  EXPECT_NEAR(centroid.error, 0.0493117, 1e-7);
 }
 
 TEST_F(PeakTest, CentroidsScatterAboutTheTruthAsDocumented) {
@@ -98,18 +90,15 @@ TEST_F(PeakTest, LinesThatCannotBeCentroidedAreRefused) {
   std::vector<double> wide(200, 0.0);
   for (int p = 60; p <= 112; ++p)
     wide[static_cast<size_t>(p)] = 50 + (p == 86);
-  const struct {
-    const char* what;
-    std::vector<double> values;
-    int peak;
-  } cases[] = {{"a single pixel", {0, 0, 0, 100, 0, 0, 0}, 4},
-               {"one core pixel", {0, 0, 0, 100, 50, 0, 0}, 4},
-               {"no fall to 15 % on the left", {90, 95, 99, 100, 50, 30, 0}, 4},
-               {"no fall to 15 % on the right", {0, 30, 60, 100, 90, 80, 70}, 4},
-               {"more than 50 core pixels", wide, 87}};
-  for (const auto& c : cases) {
-    Set(c.values);
-    EXPECT_EQ(RefusalOf([&] { CentroidLine(arc, c.peak, midpoints); }), noMaximumMessage) << c.what;
+  const std::tuple<const char*, std::vector<double>, int> cases[] = {
+      {"a single pixel", {0, 0, 0, 100, 0, 0, 0}, 4},
+      {"one core pixel", {0, 0, 0, 100, 50, 0, 0}, 4},
+      {"no fall to 15 % on the left", {90, 95, 99, 100, 50, 30, 0}, 4},
+      {"no fall to 15 % on the right", {0, 30, 60, 100, 90, 80, 70}, 4},
+      {"more than 50 core pixels", wide, 87}};
+  for (const auto& [what, values, peak] : cases) {
+    Set(values);
+    EXPECT_EQ(RefusalOf([&, p = peak] { CentroidLine(arc, p, midpoints); }), noMaximumMessage) << what;
   }
 }
 
@@ -133,13 +122,12 @@ TEST_F(PeakTest, PositionsMapToPixelsOneToNAndEdgesAreOutside) {
   Set(ArcOf(1000, {500}));
   PlotArc(*session, 1, {14000, 6000});
   const PlotFrame& f = session->arc[1].plotFrame;
-  EXPECT_EQ(ArcColumnAt(*session, 1, f.plotLeft + 1, 1000), 1);
-  EXPECT_EQ(ArcColumnAt(*session, 1, f.plotRight - 1, 1000), 1000);
-  EXPECT_EQ(ArcColumnAt(*session, 1, (f.plotLeft + f.plotRight) / 2.0, 1000), 500);
-  EXPECT_FALSE(ArcColumnAt(*session, 1, f.plotLeft, 1000));
-  EXPECT_FALSE(ArcColumnAt(*session, 1, f.plotRight, 1000));
-  EXPECT_FALSE(ArcColumnAt(*session, 1, 5000, f.plotTop));
-  EXPECT_FALSE(ArcColumnAt(*session, 1, 5000, f.plotBottom));
+  const auto at = [&](double x, double y) { return ArcColumnAt(*session, 1, x, y); };
+  EXPECT_EQ(at(f.plotLeft + 1, 1000), 1);
+  EXPECT_EQ(at(f.plotRight - 1, 1000), 1000);
+  EXPECT_EQ(at((f.plotLeft + f.plotRight) / 2.0, 1000), 500);
+  EXPECT_FALSE(at(f.plotLeft, 1000) || at(f.plotRight, 1000));
+  EXPECT_FALSE(at(5000, f.plotTop) || at(5000, f.plotBottom));
 }
 
 }  // namespace

@@ -5,6 +5,9 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
+#include <sstream>
+#include <tuple>
 
 #include "support/test_session.h"
 
@@ -40,50 +43,33 @@ TEST(ListFolder, RefusesWhatIsNoFolder) {
 }
 
 TEST(IsOfType, TakesEndingsInWhateverCaseAndEveryFileForAllTypes) {
-  const struct {
-    const char *name, *pattern;
-    bool expected;
-  } cases[] = {
+  const std::tuple<const char*, const char*, bool> cases[] = {
       {"star.fts", "*.fts", true},    {"STAR.FTS", "*.fts", true}, {"star.fits", "*.fit", false},
       {"star.ft", "*.fts", false},    {"starfts", "*.fts", false}, {"a.fts.txt", "*.fts", false},
       {"a.txt.Fits", "*.fits", true}, {"README", "*.*", true},     {"star.fts", "*.*", true},
   };
-  for (const auto& c : cases)
-    EXPECT_EQ(IsOfType(c.name, c.pattern), c.expected) << c.name << " " << c.pattern;
+  for (const auto& [name, pattern, expected] : cases)
+    EXPECT_EQ(IsOfType(name, pattern), expected) << name << " " << pattern;
 }
 
 TEST(ComesBefore, OrdersNamesAsPeopleCount) {
-  const Names ordered = {"1.fts",
-                         "02.fts",
-                         "2.fts",
-                         "arc-10.fts",
-                         "Arc.fts",
-                         "arc.fts",
-                         "img2.fts",
-                         "IMG10.fts",
-                         "img10b",
-                         "img10b2",
-                         "img99999999999999999999",
-                         "img100000000000000000000",
-                         "star",
-                         "star.fts",
-                         "\xC3\xA9toile"};
+  std::istringstream names(
+      "1.fts 02.fts 2.fts arc-10.fts Arc.fts arc.fts img2.fts IMG10.fts img10b img10b2 "
+      "img99999999999999999999 img100000000000000000000 star star.fts \xC3\xA9toile");
+  const Names ordered(std::istream_iterator<std::string>(names), {});
   Names sorted = {ordered.rbegin(), ordered.rend()};
   std::sort(sorted.begin(), sorted.end(), ComesBefore);
   EXPECT_EQ(sorted, ordered);
 }
 
 TEST(FoldersDownTo, NamesEveryFolderOnTheWay) {
-  const struct {
-    const char* folder;
-    Names expected;
-  } cases[] = {
+  const std::pair<const char*, Names> cases[] = {
       {"/", {"/"}},
       {"/home/a night/raw", {"/", "/home", "/home/a night", "/home/a night/raw"}},
       {"/home//raw/../cooked/", {"/", "/home", "/home/cooked"}},
   };
-  for (const auto& c : cases)
-    EXPECT_EQ(FoldersDownTo(c.folder), c.expected) << c.folder;
+  for (const auto& [folder, expected] : cases)
+    EXPECT_EQ(FoldersDownTo(folder), expected) << folder;
 }
 
 }  // namespace

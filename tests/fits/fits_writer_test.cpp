@@ -1,18 +1,15 @@
 // Saving of FITS files, read back by our reader and by CFITSIO.
 #include "fits/fits_writer.h"
 
-#include <fitsio.h>
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <memory>
-#include <numeric>
 #include <string>
 #include <tuple>
 #include <vector>
 
+#include "fits/fits_bytes.h"
 #include "fits/header.h"
-#include "fits/text_export.h"
 #include "reduce/background.h"
 #include "reduce/column_slice.h"
 #include "reduce/crunch.h"
@@ -42,32 +39,6 @@ class SaveFits : public testing::Test {
   std::unique_ptr<Session> session = SessionIn(folder.path());
   Session& s = *session;
 };
-
-std::string Padded(std::string card) {
-  card.resize(80, ' ');
-  return card;
-}
-
-// What CFITSIO makes of the file.
-struct Image {
-  std::vector<long> axes;
-  std::vector<double> pixels;
-};
-Image ReadByCfitsio(const std::string& path) {
-  Image image;
-  fitsfile* file = nullptr;
-  int status = 0, naxis = 0;
-  fits_open_diskfile(&file, path.c_str(), READONLY, &status);
-  fits_get_img_dim(file, &naxis, &status);
-  image.axes.resize(naxis);
-  fits_get_img_size(file, naxis, image.axes.data(), &status);
-  const long count = std::accumulate(image.axes.begin(), image.axes.end(), 1L, std::multiplies<>());
-  image.pixels.resize(status == 0 ? count : 0);
-  fits_read_img(file, TDOUBLE, 1, count, nullptr, image.pixels.data(), nullptr, &status);
-  fits_close_file(file, &status);
-  EXPECT_EQ(status, 0);
-  return image;
-}
 
 TEST_F(SaveFits, AChangeOfTypeIsWrittenIntoTheHeaderOnce) {
   const std::string noOffset = "                    0 / ";
@@ -168,19 +139,15 @@ TEST_F(SaveFits, WarnsOfPixelsThatReadBackChanged) {
 }
 
 TEST_F(SaveFits, ARefusedSaveWritesNothing) {
-  const struct {
-    int type;
-    double value;
-    const char* message;
-  } cases[] = {
+  const std::tuple<int, double, const char*> cases[] = {
       {-64, 1, "Sorry; saving to 64-bit is not available at this time.  Try 32-bit real."},
       {16, 65535.25, "Pixel value > 65535.  Save as 32-bit int or 32-bit real."},
       {32, 1e10, "Error: 6  Error: Overflow."},
       {0, 1, "Sorry, this program does not save this pixel type.  Try 32-bit real."},
   };
-  for (const auto& c : cases) {
-    SetSpectrum(s, 4, {1, c.value});
-    EXPECT_EQ(RefusalOf([&] { Save(4, c.type); }), c.message);
+  for (const auto& [type, value, message] : cases) {
+    SetSpectrum(s, 4, {1, value});
+    EXPECT_EQ(RefusalOf([&, to = type] { Save(4, to); }), message);
   }
   SetSpectrum(s, 4, {1});
   s.slot[4].bitpixCard = 0;

@@ -87,12 +87,9 @@ std::string ContentBut(const Session& s, int target) {
 bool Holds(int type, double v) {
   if (type == pixel_types::real32)
     return std::fabs(v) < 3e38 && static_cast<float>(v) == v && (v == 0 || std::fabs(v) >= 1e-8);
-  const double low = type == pixel_types::unsigned16 ? 0
-                     : type == pixel_types::signed16 ? -32768
-                                                     : -2147483648.0;
-  const double high = type == pixel_types::unsigned16 ? 65535
-                      : type == pixel_types::signed16 ? 32767
-                                                      : 2147483647;
+  const auto [low, high] = type == pixel_types::unsigned16 ? std::pair(0.0, 65535.0)
+                           : type == pixel_types::signed16 ? std::pair(-32768.0, 32767.0)
+                                                           : std::pair(-2147483648.0, 2147483647.0);
   return v == std::nearbyint(v) && v >= low && v <= high;
 }
 
@@ -109,7 +106,8 @@ void CheckPixels(const Session& s, int slot, const std::vector<double>& pixels) 
 }
 
 // The bytes as which the slot is saved in a type that holds its pixels; nothing where no type does.
-std::string ReadFits(Session& s, int slot, bool isDao) {
+template <int slot, bool isDao = false>
+std::string ReadFits(Session& s, const std::string&) {
   s.daoFrame = isDao;
   slot == slots::frame ? LoadFits2D(s, input) : LoadFits1D(s, slot, input);
   const std::vector<double> pixels = PixelsOf(s, slot);
@@ -165,11 +163,6 @@ std::string RunRecipeText(Session&, const std::string& bytes) {
   return "";
 }
 
-template <int slot, bool isDao = false>
-std::string ReadSlot(Session& s, const std::string&) {
-  return ReadFits(s, slot, isDao);
-}
-
 bool IsMarked(std::span<const double> pixels) {
   return std::ranges::all_of(pixels, [](double v) { return v == marker; });
 }
@@ -189,9 +182,9 @@ bool KeepsMask(Session& s, const std::string& refusal) {
 bool KeepsAll(Session&, const std::string&) { return true; }
 
 constexpr Reader readers[] = {
-    {"frame", slots::frame, ReadSlot<slots::frame>, KeepsFrame},
-    {"dao", slots::frame, ReadSlot<slots::frame, true>, KeepsFrame},
-    {"spectrum", slots::object, ReadSlot<slots::object>, KeepsObject},
+    {"frame", slots::frame, ReadFits<slots::frame>, KeepsFrame},
+    {"dao", slots::frame, ReadFits<slots::frame, true>, KeepsFrame},
+    {"spectrum", slots::object, ReadFits<slots::object>, KeepsObject},
     {"table", table, ReadTable, EmptiesTable},
     {"mask", table, ReadMask, KeepsMask},
     {"settings", none, [](Session&, const std::string& bytes) { return SettingsText(ParseSettings(bytes)); },

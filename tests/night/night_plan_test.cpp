@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <tuple>
 
 #include "fits/fits_reader.h"
 #include "night/light.h"
@@ -76,11 +77,7 @@ TEST(NightPlan, ZapsTheCosmicRaysThatAreInTheFrame) {
 
 // A mask's line must be found from a column that is off, also where flexure adds to that.
 TEST(NightPlan, HasAMaskOfLinesThatAreAlone) {
-  struct Case {
-    int columns;
-    size_t fewest, most;
-  };
-  for (const auto& [columns, fewest, most] : {Case{400, 4, 10}, Case{1748, 15, 40}, Case{3000, 30, 40}}) {
+  for (const auto& [columns, fewest, most] : {std::tuple{400, 4u, 10u}, {1748, 15u, 40u}, {3000, 30u, 40u}}) {
     const Night night = PlanNight({.columns = columns, .stars = 1});
     const auto& [optics, layout] = night.instrument;
     EXPECT_GE(night.mask.size(), fewest) << columns;

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "fits/fits_reader.h"
@@ -26,50 +27,55 @@ using test::TemporaryFolder;
 
 constexpr Options smallNight{.columns = 800, .rows = 60, .stars = 1};
 
-std::vector<StarCheck> MakeAndCheck(const Options& options) {
-  const TemporaryFolder folder;
-  WriteNight(PlanNight(options), folder.path());
-  const Truth truth = ParseTruth(ReadFile(folder.File(truthFile)));
-  std::vector<StarCheck> checks;
-  for (const StarTruth& star : truth.stars)
-    checks.push_back(CheckStar(folder.path(), truth, star));
-  return checks;
-}
+// A night in a folder, and its truth.
+struct WrittenNight {
+  explicit WrittenNight(const Options& options) { WriteNight(PlanNight(options), folder.path()); }
+
+  std::string Bytes(const std::string& file) const { return ReadFile(folder.File(file)); }
+  std::vector<StarCheck> Check() const {
+    std::vector<StarCheck> checks;
+    for (const StarTruth& star : truth().stars)
+      checks.push_back(CheckStar(folder.path(), truth(), star));
+    return checks;
+  }
+  Truth truth() const { return ParseTruth(Bytes(truthFile)); }
+
+  // A session in which one of the night's recipes has run.
+  std::unique_ptr<Session> Run(const std::string& recipe, const Variables& variables) const {
+    auto session = test::SessionIn(folder.path());
+    RunRecipe(*session, ParseRecipe(Bytes(recipe), variables), [](const RecipeLine&, const Outcome&) {});
+    return session;
+  }
+
+  TemporaryFolder folder;
+};
 
 TEST(SampleNight, IsTheSameForTheSameSeedWhateverTheNumberOfStars) {
-  const TemporaryFolder first, second, other;
   Options two = smallNight, another = smallNight;
   two.stars = 2;
   another.seed = 2;
-  WriteNight(PlanNight(smallNight), first.path());
-  WriteNight(PlanNight(two), second.path());
-  WriteNight(PlanNight(another), other.path());
-  for (const std::string& file : FilesIn(first.path())) {
-    const std::string bytes = ReadFile(first.File(file));
-    EXPECT_TRUE(file == truthFile || bytes == ReadFile(second.File(file))) << file;
-    EXPECT_TRUE(!file.ends_with(".fts") || bytes != ReadFile(other.File(file))) << file;
+  const WrittenNight first(smallNight), second(two), other(another);
+  const auto files = FilesIn(first.folder.path());
+  for (const std::string& file : files) {
+    const std::string bytes = first.Bytes(file);
+    EXPECT_TRUE(file == truthFile || bytes == second.Bytes(file)) << file;
+    EXPECT_TRUE(!file.ends_with(".fts") || bytes != other.Bytes(file)) << file;
   }
-  EXPECT_EQ(FilesIn(second.path()).size(), FilesIn(first.path()).size() + 4);
-  EXPECT_NE(ReadFile(second.File("arc1a.fts")), ReadFile(second.File("arc1b.fts")));
-}
+  EXPECT_EQ(FilesIn(second.folder.path()).size(), files.size() + 4);
+  EXPECT_NE(second.Bytes("arc1a.fts"), second.Bytes("arc1b.fts"));
 
-TEST(SampleNight, HasOneRecipeForAllStars) {
-  const TemporaryFolder folder;
-  Options two = smallNight;
-  two.stars = 2;
-  WriteNight(PlanNight(two), folder.path());
-  for (const char* n : {"1", "2"}) {
-    const auto session = test::SessionIn(folder.path());
-    RunRecipe(*session, ParseRecipe(ReadFile(folder.File("night.recipe")), {{"n", n}}), [](auto&&...) {});
-    EXPECT_EQ(session->slot[slots::object].objectName, "Sample star " + std::string(n));
-    EXPECT_TRUE(std::filesystem::exists(folder.File("star" + std::string(n) + "_1Dcal.fts")));
+  // One recipe serves all stars.
+  for (const std::string n : {"1", "2"}) {
+    const auto session = second.Run("night.recipe", {{"n", n}});
+    EXPECT_EQ(session->slot[slots::object].objectName, "Sample star " + n);
+    EXPECT_TRUE(std::filesystem::exists(second.folder.File("star" + n + "_1Dcal.fts")));
   }
 }
 
 // The reduction's errors against the truth stay within what the night was made for.
 TEST(SampleNight, GivesBackWavelengthsAndVelocities) {
   for (const uint64_t seed : {1, 2}) {
-    for (const StarCheck& star : MakeAndCheck({.seed = seed})) {
+    for (const StarCheck& star : WrittenNight({.seed = seed}).Check()) {
       SCOPED_TRACE(star.name + ", seed " + std::to_string(seed));
       EXPECT_GE(std::min(star.lines[0], star.lines[1]), 15);
       EXPECT_EQ(star.power, 4);
@@ -87,14 +93,11 @@ TEST(SampleNight, GivesBackWavelengthsAndVelocities) {
 }
 
 TEST(SampleNight, CanBeReducedInEverySizeAndPixelType) {
-  struct Case {
-    int columns, rows, type;
-  };
   for (const auto& [columns, rows, type] :
-       {Case{400, 60, 17}, Case{800, 61, 16}, Case{800, 60, 32}, Case{800, 60, -32}, Case{3000, 60, 17}}) {
+       {std::tuple{400, 60, 17}, {800, 61, 16}, {800, 60, 32}, {800, 60, -32}, {3000, 60, 17}}) {
     SCOPED_TRACE(std::to_string(columns) + " columns, type " + std::to_string(type));
     const std::vector<StarCheck> checks =
-        MakeAndCheck({.columns = columns, .rows = rows, .pixelType = type, .stars = 1});
+        WrittenNight({.columns = columns, .rows = rows, .pixelType = type, .stars = 1}).Check();
     EXPECT_LT(checks.at(0).wavelengthError.rms, 0.02);
     EXPECT_LT(std::fabs(checks[0].velocity.velocity - checks[0].trueVelocity), 5 * checks[0].velocity.error);
   }
@@ -102,30 +105,24 @@ TEST(SampleNight, CanBeReducedInEverySizeAndPixelType) {
 
 // The recipe for one arc gives what the star's recipe makes of it.
 TEST(SampleNight, HasARecipeForEachArcAlone) {
-  const TemporaryFolder folder;
-  WriteNight(PlanNight(smallNight), folder.path());
-  const Truth truth = ParseTruth(ReadFile(folder.File(truthFile)));
-  CheckStar(folder.path(), truth, truth.stars[0]);
+  const WrittenNight night(smallNight);
+  night.Check();
   for (const std::string arc : {"arc1a", "arc1b"}) {
-    const std::string byStar = ReadFile(folder.File(arc + "_1D.fts"));
-    std::filesystem::remove(folder.File(arc + "_1D.fts"));
-    const auto session = test::SessionIn(folder.path());
-    RunRecipe(*session, ParseRecipe(ReadFile(folder.File("arc.recipe")), {{"arc", arc + ".fts"}}),
-              [](const RecipeLine&, const Outcome&) {});
-    EXPECT_EQ(ReadFile(folder.File(arc + "_1D.fts")), byStar) << arc;
+    const std::string byStar = night.Bytes(arc + "_1D.fts");
+    std::filesystem::remove(night.folder.File(arc + "_1D.fts"));
+    night.Run("arc.recipe", {{"arc", arc + ".fts"}});
+    EXPECT_EQ(night.Bytes(arc + "_1D.fts"), byStar) << arc;
   }
 }
 
 // What an observer relies on in the raw frames.
 TEST(SampleNight, HasFramesLikeADetectorsOwn) {
   for (const int type : {16, 17}) {
-    const TemporaryFolder folder;
     Options options = smallNight;
     options.pixelType = type;
-    const Night night = PlanNight(options);
-    const Layout& layout = night.instrument.layout;
-    WriteNight(night, folder.path());
-    const auto session = test::SessionIn(folder.path());
+    const Layout layout = PlanNight(options).instrument.layout;
+    const WrittenNight night(options);
+    const auto session = test::SessionIn(night.folder.path());
     for (const char* file : {"arc1a.fts", "star1.fts"}) {
       SCOPED_TRACE(std::string(file) + ", type " + std::to_string(type));
       EXPECT_TRUE(LoadFits2D(*session, file).empty());
@@ -148,23 +145,37 @@ TEST(SampleNight, HasFramesLikeADetectorsOwn) {
 
 // The velocity's error bar is of use only if the fit leaves out what is no star.
 TEST(MeasureVelocity, LeavesOutPixelsThatStickOutAndRefusesWhatIsNoSpectrum) {
-  const TemporaryFolder folder;
-  WriteNight(PlanNight(smallNight), folder.path());
-  const Truth truth = ParseTruth(ReadFile(folder.File(truthFile)));
-  const StarCheck check = CheckStar(folder.path(), truth, truth.stars[0]);
-  const auto session = test::SessionIn(folder.path());
+  const WrittenNight night(smallNight);
+  const StarCheck check = night.Check()[0];
+  const auto session = test::SessionIn(night.folder.path());
   LoadFits1D(*session, slots::object, "star1_1Dcal.fts");
   const auto pixels = session->slot[slots::object].spectrum.Range(1, check.pixels);
   for (const size_t at : {200, 201, 450})
     pixels[at] *= 3;
-  const VelocityFit fit = MeasureVelocity(pixels, check.start, check.step, truth, truth.stars[0]);
+  const Truth truth = night.truth();
+  const auto measure = [&] {
+    return MeasureVelocity(pixels, check.start, check.step, truth, truth.stars[0]);
+  };
+  const VelocityFit fit = measure();
   EXPECT_NEAR(fit.velocity, check.velocity.velocity, check.velocity.error);
   EXPECT_LE(fit.pixels, check.velocity.pixels - 3);
 
   std::fill(pixels.begin(), pixels.end(), 0.0);
-  EXPECT_FALSE(test::RefusalOf([&] {
-                 MeasureVelocity(pixels, check.start, check.step, truth, truth.stars[0]);
-               }).empty());
+  EXPECT_FALSE(test::RefusalOf(measure).empty());
+}
+
+struct Ended {
+  int status = 0;
+  std::string out, err;
+};
+
+Ended RunProgram(const std::vector<std::string>& arguments) {
+  std::vector<const char*> argv{"halmek-night"};
+  for (const std::string& argument : arguments)
+    argv.push_back(argument.c_str());
+  std::ostringstream out, err;
+  const int status = RunCommandLine(static_cast<int>(argv.size()), argv.data(), out, err);
+  return {status, out.str(), err.str()};
 }
 
 TEST(NightCommandLine, RefusesWithOneLineAndAStatus) {
@@ -172,12 +183,7 @@ TEST(NightCommandLine, RefusesWithOneLineAndAStatus) {
   const std::string dir = folder.path(), missing = folder.File("none"), file = folder.File("file");
   test::WriteFile(file, "");
   test::WriteFile(folder.File(truthFile), "[star star1]\nvelocity = fast\n");
-  struct Case {
-    std::vector<std::string> arguments;
-    int status;
-    std::string says;
-  };
-  const Case cases[] = {
+  const std::tuple<std::vector<std::string>, int, std::string> cases[] = {
       {{}, 2, "DIR"},
       {{dir, "--columns", "399"}, 2, "400 to 3000"},
       {{dir, "--rows", "501"}, 2, "60 to 500"},
@@ -189,34 +195,24 @@ TEST(NightCommandLine, RefusesWithOneLineAndAStatus) {
       {{"--check", missing}, 1, missing},
       {{"--check", dir}, 1, "velocity"},
   };
-  for (const Case& c : cases) {
-    std::vector<const char*> argv{"halmek-night"};
-    for (const std::string& argument : c.arguments)
-      argv.push_back(argument.c_str());
-    std::ostringstream out, err;
-    EXPECT_EQ(RunCommandLine(static_cast<int>(argv.size()), argv.data(), out, err), c.status) << c.says;
-    EXPECT_NE(err.str().find(c.says), std::string::npos) << err.str();
-    EXPECT_EQ(std::ranges::count(err.str(), '\n'), 1) << err.str();
-    EXPECT_EQ(out.str(), "");
+  for (const auto& [arguments, status, says] : cases) {
+    const Ended ended = RunProgram(arguments);
+    EXPECT_EQ(ended.status, status) << says;
+    EXPECT_NE(ended.err.find(says), std::string::npos) << ended.err;
+    EXPECT_EQ(std::ranges::count(ended.err, '\n'), 1) << ended.err;
+    EXPECT_EQ(ended.out, "");
   }
 }
 
 TEST(NightCommandLine, ChecksEveryStarAndFailsWhereOneCannotBeReduced) {
   const TemporaryFolder folder;
-  const auto run = [](std::vector<const char*> argv, std::string& out, std::string& err) {
-    std::ostringstream outStream, errStream;
-    argv.insert(argv.begin(), "halmek-night");
-    const int status = RunCommandLine(static_cast<int>(argv.size()), argv.data(), outStream, errStream);
-    out = outStream.str();
-    err = errStream.str();
-    return status;
-  };
   const std::string dir = folder.path();
-  std::string out, err;
-  EXPECT_EQ(run({dir.c_str(), "--columns=600", "--rows", "60", "--type", "-32"}, out, err), 0) << err;
-  EXPECT_NE(out.find("600 x 60"), std::string::npos) << out;
+  const Ended made = RunProgram({dir, "--columns=600", "--rows", "60", "--type", "-32"});
+  EXPECT_EQ(made.status, 0) << made.err;
+  EXPECT_NE(made.out.find("600 x 60"), std::string::npos) << made.out;
   std::filesystem::remove(folder.File("arc1b.fts"));
-  EXPECT_EQ(run({"--check", dir.c_str()}, out, err), 1);
+  const auto [status, out, err] = RunProgram({"--check", dir});
+  EXPECT_EQ(status, 1);
   EXPECT_EQ(out.find("star1"), std::string::npos) << out;
   EXPECT_NE(out.find("star2"), std::string::npos) << out;
   EXPECT_NE(err.find("star1.recipe:"), std::string::npos) << err;

@@ -6,11 +6,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "numeric/polynomial_fit.h"
@@ -46,29 +46,21 @@ Standard ReadStandard(const std::string& name) {
 }
 
 // How many significant digits of the worst value are right, at most 15.
-struct Pair {
-  double value, certified;
-};
-double WorstDigits(const std::vector<Pair>& pairs) {
+double WorstDigits(const std::vector<double>& values, const std::vector<double>& certified) {
   double worst = 15;
-  for (const auto& [value, certified] : pairs)
-    if (value != certified)
-      worst = std::min(worst, -std::log10(std::fabs((value - certified) / certified)));
+  for (size_t k = 0; k < certified.size(); ++k)
+    if (values.at(k) != certified[k])
+      worst = std::min(worst, -std::log10(std::fabs((values[k] - certified[k]) / certified[k])));
   return worst;
 }
 
 double DigitsOfCoefficients(const Standard& s) {
-  std::array<double, 6> a{};
-  if (s.power == 1) {
-    const LineFit line = FitLinear(s.x, s.y).value();
-    a = {line.a0, line.a1};
-  } else {
-    a = FitPolynomial(s.power, s.x, s.y).value().a;
+  if (s.power > 1) {
+    const auto a = FitPolynomial(s.power, s.x, s.y).value().a;
+    return WorstDigits({a.begin(), a.end()}, s.coefficients);
   }
-  std::vector<Pair> pairs;
-  for (size_t k = 0; k < s.coefficients.size(); ++k)
-    pairs.push_back({a[k], s.coefficients[k]});
-  return WorstDigits(pairs);
+  const LineFit line = FitLinear(s.x, s.y).value();
+  return WorstDigits({line.a0, line.a1}, s.coefficients);
 }
 
 // Of what else the fits of power 1 and 2 say.
@@ -77,31 +69,26 @@ double DigitsOfStatistics(const Standard& s) {
     // The certified errors have n - 2 degrees of freedom, those of the fit n - 1.
     const double n = static_cast<double>(s.x.size()), scale = std::sqrt((n - 2) / (n - 1));
     const LineFit line = FitLinear(s.x, s.y).value();
-    return WorstDigits({{line.sumSq, s.deviation * s.deviation * (n - 2)},
-                        {line.sigmaA0, s.errors[0] * scale},
-                        {line.sigmaA1, s.errors[1] * scale}});
+    return WorstDigits({line.sumSq, line.sigmaA0, line.sigmaA1},
+                       {s.deviation * s.deviation * (n - 2), s.errors[0] * scale, s.errors[1] * scale});
   }
   const ParabolaFit parabola = FitPower2(s.x, s.y).value();
-  return WorstDigits({{parabola.sigma, s.deviation},
-                      {parabola.sigmaA1, s.errors[1]},
-                      {parabola.sigmaA2, s.errors[2]},
-                      {parabola.vertex, -s.coefficients[1] / (2 * s.coefficients[2])}});
+  const double vertex = -s.coefficients[1] / (2 * s.coefficients[2]);
+  return WorstDigits({parabola.sigma, parabola.sigmaA1, parabola.sigmaA2, parabola.vertex},
+                     {s.deviation, s.errors[1], s.errors[2], vertex});
 }
 
 TEST(Fits, ReachTheDocumentedDigitsOfCertifiedResults) {
   // Bounds on either side, so that a fit that becomes worse is noticed, and docs/accuracy.md stays true.
-  const struct {
-    const char* name;
-    size_t points;
-    double least, below;
-  } sets[] = {{"norris", 36, 12.1, 12.3}, {"pontius", 40, 10.4, 10.5},       {"wampler1", 21, 6.6, 6.7},
-              {"wampler2", 21, 9.5, 9.6}, {"wampler3", 21, 6.6, 6.7},        {"wampler4", 21, 6.6, 6.7},
-              {"wampler5", 21, 6.6, 6.7}, {"arc_deviations", 24, 10.8, 10.9}};
-  for (const auto& set : sets) {
-    const Standard standard = ReadStandard(set.name);
-    ASSERT_EQ(standard.x.size(), set.points) << set.name;
-    EXPECT_GE(DigitsOfCoefficients(standard), set.least) << set.name;
-    EXPECT_LT(DigitsOfCoefficients(standard), set.below) << set.name;
+  const std::tuple<const char*, size_t, double, double> sets[] = {
+      {"norris", 36, 12.1, 12.3}, {"pontius", 40, 10.4, 10.5},       {"wampler1", 21, 6.6, 6.7},
+      {"wampler2", 21, 9.5, 9.6}, {"wampler3", 21, 6.6, 6.7},        {"wampler4", 21, 6.6, 6.7},
+      {"wampler5", 21, 6.6, 6.7}, {"arc_deviations", 24, 10.8, 10.9}};
+  for (const auto& [name, points, least, below] : sets) {
+    const Standard standard = ReadStandard(name);
+    ASSERT_EQ(standard.x.size(), points) << name;
+    EXPECT_GE(DigitsOfCoefficients(standard), least) << name;
+    EXPECT_LT(DigitsOfCoefficients(standard), below) << name;
   }
   EXPECT_GE(DigitsOfStatistics(ReadStandard("norris")), 13.5);
   EXPECT_GE(DigitsOfStatistics(ReadStandard("pontius")), 12.2);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 #include <vector>
 
 #include "numeric/linear_solver.h"
@@ -12,22 +13,16 @@
 namespace halmek {
 namespace {
 
-std::vector<double> Abscissae(int first, int last) {
-  std::vector<double> x;
-  for (int i = first; i <= last; ++i)
-    x.push_back(i);
-  return x;
-}
-
 TEST(FitPolynomial, GivesTheCurveOfEveryPowerThroughAsManyPointsAsItNeedsAndMore) {
   for (int power = 2; power <= 5; ++power) {
     const Polynomial truth{.power = power, .a = {1, 1, 1, 1, 1, 1}};
     EXPECT_EQ(truth(1), power + 1);
     for (const int last : {power, 20}) {
-      const std::vector<double> x = Abscissae(0, last);
-      std::vector<double> y;
-      for (double value : x)
-        y.push_back(truth(value));
+      std::vector<double> x, y;
+      for (int i = 0; i <= last; ++i) {
+        x.push_back(i);
+        y.push_back(truth(i));
+      }
       const auto fit = FitPolynomial(power, x, y);
       ASSERT_TRUE(fit);
       EXPECT_EQ(fit->power, power);
@@ -38,10 +33,10 @@ TEST(FitPolynomial, GivesTheCurveOfEveryPowerThroughAsManyPointsAsItNeedsAndMore
 }
 
 TEST(ClosedForms, GiveExactCurvesWithoutScatter) {
-  const std::vector<double> x = {2, 10, 11}, line = {6, 2, 1.5}, parabola = {3, 51, 66};
+  const std::vector<double> x{2, 10, 11}, line{6, 2, 1.5}, parabola{3, 51, 66}, two{1, 2}, onLine{8, 9};
   const auto first = FitLinear(x, line);
   const auto second = FitPower2(x, parabola);
-  const auto twoPoints = FitLinear(Abscissae(1, 2), Abscissae(8, 9));
+  const auto twoPoints = FitLinear(two, onLine);
   ASSERT_TRUE(first && second && twoPoints);
   for (const double error :
        {first->a0 - 7, first->a1 + 0.5, first->sumSq, first->sigmaA0, first->sigmaA1, second->a0 - 11,
@@ -51,11 +46,8 @@ TEST(ClosedForms, GiveExactCurvesWithoutScatter) {
 }
 
 TEST(Fits, GiveNothingWhereTheyAreSingular) {
-  const struct {
-    const char* what;
-    int power;  // the least that cannot be fitted
-    std::vector<double> x, y;
-  } cases[] = {
+  // The least power that cannot be fitted, and the points.
+  const std::tuple<const char*, int, std::vector<double>, std::vector<double>> cases[] = {
       {"no point", 1, {}, {}},
       {"one abscissa", 1, {3, 3, 3, 3, 3, 3}, {1, 2, 3, 4, 5, 6}},
       {"two abscissae", 2, {1, 2, 1, 2, 1, 2}, {1, 2, 3, 4, 5, 6}},
@@ -63,23 +55,19 @@ TEST(Fits, GiveNothingWhereTheyAreSingular) {
       {"not a number", 1, {1, 2, 3, 4, 5, 6}, {1, 2, std::nan(""), 4, 5, 6}},
       {"sums beyond range", 1, {1e160, 2e160, 3e160, 4e160, 5e160, 6e160}, {1, 2, 3, 4, 5, 6}},
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(FitLinear(c.x, c.y).has_value(), c.power > 1) << c.what;
+  for (const auto& [what, least, abscissae, y] : cases) {
+    EXPECT_EQ(FitLinear(abscissae, y).has_value(), least > 1) << what;
     for (int power = 2; power <= 5; ++power)
-      EXPECT_EQ(FitPolynomial(power, c.x, c.y).has_value(), power < c.power) << c.what << ", power " << power;
+      EXPECT_EQ(FitPolynomial(power, abscissae, y).has_value(), power < least) << what << ", power " << power;
   }
-  const std::vector<double> scattered = {1e200, -1e200, 1e200, -1e200};
-  EXPECT_FALSE(FitLinear(Abscissae(1, 4), scattered));
-  EXPECT_FALSE(FitPower2(Abscissae(1, 4), scattered));
+  const std::vector<double> x{1, 2, 3, 4}, scattered{1e200, -1e200, 1e200, -1e200};
+  EXPECT_FALSE(FitLinear(x, scattered) || FitPower2(x, scattered));
 }
 
 TEST(SolveLinearSystem, PivotsAndSaysWhereThereIsNoSolution) {
   const double nan = std::nan("");
-  const struct {
-    const char* what;
-    std::vector<std::vector<double>> rows;
-    std::vector<double> solution;  // empty = none
-  } cases[] = {
+  // The rows of the system, and its solution, empty where there is none.
+  const std::tuple<const char*, std::vector<std::vector<double>>, std::vector<double>> cases[] = {
       {"zero first pivot", {{0, 2, 1, 7}, {1, 1, 1, 6}, {2, 1, 0, 4}}, {1, 2, 3}},
       {"pivot too small to divide by", {{1e-20, 1, 1}, {1, 1, 2}}, {1, 1}},
       {"zero column", {{0, 0, 1}, {0, 3, 1}}, {}},
@@ -87,14 +75,14 @@ TEST(SolveLinearSystem, PivotsAndSaysWhereThereIsNoSolution) {
       {"not a number", {{nan, 1, 1}, {1, 1, 1}}, {}},
       {"solution beyond range", {{1e-300, 0, 1e300}, {0, 1, 1}}, {}},
   };
-  for (const auto& c : cases) {
+  for (const auto& [what, rows, solution] : cases) {
     NormalMatrix matrix{};
-    const size_t m = c.rows.size();
+    const size_t m = rows.size();
     for (size_t r = 1; r <= m; ++r)
-      std::copy(c.rows[r - 1].begin(), c.rows[r - 1].end(), matrix[r].begin() + 1);
-    EXPECT_EQ(SolveLinearSystem(matrix, static_cast<int>(m)), !c.solution.empty()) << c.what;
-    for (size_t r = 1; r <= c.solution.size(); ++r)
-      EXPECT_NEAR(matrix[r][m + 1], c.solution[r - 1], 1e-14) << c.what;
+      std::copy(rows[r - 1].begin(), rows[r - 1].end(), matrix[r].begin() + 1);
+    EXPECT_EQ(SolveLinearSystem(matrix, static_cast<int>(m)), !solution.empty()) << what;
+    for (size_t r = 1; r <= solution.size(); ++r)
+      EXPECT_NEAR(matrix[r][m + 1], solution[r - 1], 1e-14) << what;
   }
 }
 

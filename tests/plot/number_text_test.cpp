@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
 #include <utility>
 
 #include "numeric/number_prefix.h"
@@ -36,33 +37,26 @@ TEST(GeneralText, HasSevenDigitsAtSinglePrecision) {
 }
 
 TEST(FormatFixed, AlignsPadsRoundsAndCuts) {
-  const struct {
-    double value;
-    int width, decimals;
-    const char* text;
-  } cases[] = {{2, 6, 2, "  2.00"},       {2.5, 6, 0, "     3"},   {0.125, 6, 2, "  0.13"},
-               {-0.125, 6, 2, " -0.12"},  {1.999, 6, 2, "     2"}, {-0.04, 6, 1, "     0"},
-               {-0.12345, 5, 3, "-0.12"}, {12345, 6, 1, "12345."}, {123456789, 8, 0, "0.12D+09"},
-               {1234567, 6, 0, " 0D+07"}, {1e-20, 6, 2, "     0"}, {1e16, 20, 1, " 10000000000000000.0"}};
-  for (const auto& c : cases)
-    EXPECT_EQ(FormatFixed(c.value, c.width, c.decimals), c.text) << c.value;
+  const std::tuple<double, int, int, const char*> cases[] = {
+      {2, 6, 2, "  2.00"},       {2.5, 6, 0, "     3"},   {0.125, 6, 2, "  0.13"},
+      {-0.125, 6, 2, " -0.12"},  {1.999, 6, 2, "     2"}, {-0.04, 6, 1, "     0"},
+      {-0.12345, 5, 3, "-0.12"}, {12345, 6, 1, "12345."}, {123456789, 8, 0, "0.12D+09"},
+      {1234567, 6, 0, " 0D+07"}, {1e-20, 6, 2, "     0"}, {1e16, 20, 1, " 10000000000000000.0"}};
+  for (const auto& [value, width, decimals, text] : cases)
+    EXPECT_EQ(FormatFixed(value, width, decimals), text) << value;
 }
 
 TEST(FormatExponent, WritesMantissaAndPaddedPowerOfTen) {
   // Decimals are lowered to what the width leaves room for.
-  const struct {
-    double value;
-    int width, decimals, decimalsLeft;
-    const char* text;
-  } cases[] = {{12345, 10, 3, 3, " 0.123D+05"},  {0.00042, 10, 3, 3, " 0.420D-03"},
-               {0, 10, 4, 4, " .0000D+00"},      {-1e-16, 9, 2, 2, "  .00D+00"},
-               {1.1e-16, 9, 2, 2, " 0.11D-15"},  {-0.00042, 11, 3, 3, "  -0.42D-03"},
-               {0.9996, 10, 3, 3, "     1D+00"}, {12340, 10, 9, 4, "0.1234D+05"},
-               {2.5e120, 9, 5, 3, "0.250D+121"}, {0, 3, 2, 0, ".D+00"}};
-  for (const auto& c : cases) {
-    int decimals = c.decimals;
-    EXPECT_EQ(FormatExponent(c.value, c.width, decimals), c.text);
-    EXPECT_EQ(decimals, c.decimalsLeft) << c.text;
+  const std::tuple<double, int, int, int, const char*> cases[] = {
+      {12345, 10, 3, 3, " 0.123D+05"},  {0.00042, 10, 3, 3, " 0.420D-03"},
+      {0, 10, 4, 4, " .0000D+00"},      {-1e-16, 9, 2, 2, "  .00D+00"},
+      {1.1e-16, 9, 2, 2, " 0.11D-15"},  {-0.00042, 11, 3, 3, "  -0.42D-03"},
+      {0.9996, 10, 3, 3, "     1D+00"}, {12340, 10, 9, 4, "0.1234D+05"},
+      {2.5e120, 9, 5, 3, "0.250D+121"}, {0, 3, 2, 0, ".D+00"}};
+  for (auto [value, width, decimals, decimalsLeft, text] : cases) {
+    EXPECT_EQ(FormatExponent(value, width, decimals), text);
+    EXPECT_EQ(decimals, decimalsLeft) << text;
   }
   EXPECT_EQ(PadInteger(123, 2, "0"), "123");
   EXPECT_EQ(PadInteger(-7, 4, "ab"), "abab-7");

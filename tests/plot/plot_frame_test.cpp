@@ -3,9 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <iterator>
 #include <string>
+#include <string_view>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -36,13 +39,12 @@ std::vector<Text> TextsOf(const std::vector<DrawingItem>& items) {
 
 TEST(NiceBounds, RoundOutwardByTwoFiveOrTenTenths) {
   // The logarithm is a little too large in magnitude: 0.001 counts in the decade below.
-  const struct {
-    double value, lower, upper;
-  } cases[] = {{347, 290, 390},    {-347, -360, -320},    {1, 0.8, 1.2},           {2, 1.5, 2.5},
-               {8000, 7000, 9000}, {-8000, -8200, -7800}, {0.001, 0.0009, 0.0011}, {0.000005, 0, 0}};
-  for (const auto& c : cases) {
-    EXPECT_DOUBLE_EQ(NiceLowerBound(c.value), c.lower) << c.value;
-    EXPECT_DOUBLE_EQ(NiceUpperBound(c.value), c.upper) << c.value;
+  const std::array<double, 3> cases[] = {{347, 290, 390},         {-347, -360, -320}, {1, 0.8, 1.2},
+                                         {2, 1.5, 2.5},           {8000, 7000, 9000}, {-8000, -8200, -7800},
+                                         {0.001, 0.0009, 0.0011}, {0.000005, 0, 0}};
+  for (const auto& [value, lower, upper] : cases) {
+    EXPECT_DOUBLE_EQ(NiceLowerBound(value), lower) << value;
+    EXPECT_DOUBLE_EQ(NiceUpperBound(value), upper) << value;
   }
 }
 
@@ -55,15 +57,13 @@ TEST(TickStep, IsATwoFiveOrTenOfTheDecadeBelow) {
 
 TEST(Ticks, AreTheMultiplesOfTheStepWithinTheLimits) {
   // 0.3 at single precision is a hair above the limit 0.3.
-  const struct {
-    double low, high;
-    std::vector<float> values;
-  } cases[] = {{-360, -20, {-350, -300, -250, -200, -150, -100, -50}},
-               {-1, 1, {-1, -0.5f, 0, 0.5f, 1}},
-               {100.001, 103, {100.5f, 101, 101.5f, 102, 102.5f, 103}},
-               {0, 0.3, {0, 0.05f, 2 * 0.05f, 3 * 0.05f, 4 * 0.05f, 5 * 0.05f}}};
-  for (const auto& c : cases)
-    EXPECT_EQ(TicksBetween(c.low, c.high).values, c.values) << c.low << ".." << c.high;
+  const std::tuple<double, double, std::vector<float>> cases[] = {
+      {-360, -20, {-350, -300, -250, -200, -150, -100, -50}},
+      {-1, 1, {-1, -0.5f, 0, 0.5f, 1}},
+      {100.001, 103, {100.5f, 101, 101.5f, 102, 102.5f, 103}},
+      {0, 0.3, {0, 0.05f, 2 * 0.05f, 3 * 0.05f, 4 * 0.05f, 5 * 0.05f}}};
+  for (const auto& [low, high, values] : cases)
+    EXPECT_EQ(TicksBetween(low, high).values, values) << low << ".." << high;
 
   // No ticks where they cannot be told apart.
   const std::pair<double, double> none[] = {
@@ -96,18 +96,13 @@ TEST(Axes, DrawGridTicksAndNumbersInOrder) {
                 13585, 3493.75f, 13585,    300,   13585,    3950, 800,      300, 13585,    300,   13585,
                 300,   13585,    3950,     13585, 3950,     800,  3950,     800, 3950,     800,   300}));
 
-  const struct {
-    float left, top;
-    const char *text, *control;
-  } labels[] = {{600, 4000, "0", "Label1"},        {13385, 4000, "2", "Label2"},
-                {12600, 4200, "Row", "Label6"},    {0, 656.25f, "    1.5", "Label3"},
-                {0, 3393.75f, "   0.0", "Label4"}, {0, 2490, "0.5", "Label8"}};
+  const std::tuple<float, float, std::string, std::string_view> labels[] = {
+      {600, 4000, "0", "Label1"},        {13385, 4000, "2", "Label2"},      {12600, 4200, "Row", "Label6"},
+      {0, 656.25f, "    1.5", "Label3"}, {0, 3393.75f, "   0.0", "Label4"}, {0, 2490, "0.5", "Label8"}};
   const std::vector<Text> texts = TextsOf(items);
   for (size_t i = 0; i < std::size(labels); ++i) {
-    EXPECT_EQ(texts[i].text, labels[i].text);
-    EXPECT_EQ(texts[i].control, labels[i].control);
-    EXPECT_FLOAT_EQ(texts[i].topLeft.x, labels[i].left) << labels[i].control;
-    EXPECT_FLOAT_EQ(texts[i].topLeft.y, labels[i].top) << labels[i].control;
+    const auto& [topLeft, text, control] = texts.at(i);
+    EXPECT_EQ(std::tuple(topLeft.x, topLeft.y, text, control), labels[i]);
   }
 }
 
@@ -135,20 +130,17 @@ TEST(StepCurve, DrawsEachValueOverItsWidthJoinedByRisers) {
 }
 
 TEST(ReadOut, MapsTheWidthOntoPixelsOneToNInsideThePlotOnly) {
-  const struct {
-    double x, y;
-    const char* texts;
-  } cases[] = {{7192.5, 2125, "    51  190.00"},
-               {3996.25, 3220, "    26      70"},
-               {801, 3949, "     1   -9.89"},
-               {13584, 301, "   101  389.89"},
-               {800, 2000, ""},
-               {5000, 3950, ""},
-               {std::nan(""), 2000, ""}};
-  for (const auto& c : cases) {
-    const ReadOut r = ReadOutPosition(FrameOf(0, 101, -10, 390), c.x, c.y, 101);
-    EXPECT_EQ(r.columnText + r.valueText, c.texts) << c.x << ',' << c.y;
-    EXPECT_EQ(r.inside, !r.columnText.empty());
+  const std::tuple<double, double, std::string> cases[] = {{7192.5, 2125, "    51  190.00"},
+                                                           {3996.25, 3220, "    26      70"},
+                                                           {801, 3949, "     1   -9.89"},
+                                                           {13584, 301, "   101  389.89"},
+                                                           {800, 2000, ""},
+                                                           {5000, 3950, ""},
+                                                           {std::nan(""), 2000, ""}};
+  for (const auto& [x, y, texts] : cases) {
+    const ReadOut r = ReadOutPosition(FrameOf(0, 101, -10, 390), x, y, 101);
+    EXPECT_EQ(r.columnText + r.valueText, texts) << x << ',' << y;
+    EXPECT_EQ(r.inside, !texts.empty());
   }
 }
 

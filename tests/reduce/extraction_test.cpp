@@ -8,6 +8,7 @@
 #include <numeric>
 #include <random>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -96,8 +97,8 @@ TEST_F(Extraction, SumsTheApertureLessTheFittedBackground) {
     AppendCard(s.slot[0], "BZERO   = 0");
     Fit(power, 1, 10, 30, 40);
     s.background.backgroundPower = 0;
-    for (bool reversed : {false, true}) {
-      reversed ? SetAperture(s, 22, 20) : SetAperture(s, 20, 22);
+    for (int first : {20, 22}) {
+      SetAperture(s, first, 42 - first);
       CrunchFrame(s);
       for (int c = 1; c <= 3; ++c)
         EXPECT_NEAR(Spectrum(c), c * 300, 1e-8) << power;
@@ -146,17 +147,15 @@ TEST_F(Extraction, AutomaticPointsAreTheLeftmostMaximaOfTheBins) {
   values[3] = values[6] = 9;
   values[23] = 8;
   s.continuum.continuumPower = 2;
-  const struct {
-    int pixels, interval;
-    std::vector<double> columns;
-  } cases[] = {{25, 5, {4, 7, 24}}, {8, 2, {1, 4, 5, 7}}, {45, 10, {4, 24, 31, 41}}};
-  for (const auto& c : cases) {
-    SetSpectrum(s, 3, {values.begin(), values.begin() + c.pixels});
-    s.continuum.continuumInterval = c.interval;
+  const std::tuple<int, int, std::vector<double>> cases[] = {
+      {25, 5, {4, 7, 24}}, {8, 2, {1, 4, 5, 7}}, {45, 10, {4, 24, 31, 41}}};
+  for (const auto& [pixels, interval, columns] : cases) {
+    SetSpectrum(s, 3, {values.begin(), values.begin() + pixels});
+    s.continuum.continuumInterval = interval;
     FitContinuum(s);
     const auto points = s.continuum.ContinuumPointColumn.Range(1, s.continuum.continuumPointCount);
-    EXPECT_EQ(std::vector<double>(points.begin(), points.end()), c.columns);
-    EXPECT_EQ(s.continuum.ContinuumPointValue(2), values[static_cast<size_t>(c.columns[1]) - 1]);
+    EXPECT_EQ(std::vector<double>(points.begin(), points.end()), columns);
+    EXPECT_EQ(s.continuum.ContinuumPointValue(2), values[static_cast<size_t>(columns[1]) - 1]);
   }
 }
 

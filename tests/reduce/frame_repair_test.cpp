@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -125,28 +126,26 @@ TEST_F(FrameRepair, TheBrightestRowIsLookedForTowardTheMiddle) {
 }
 
 TEST_F(FrameRepair, ZapAveragesUpToNPixelsOnEachSideOnePixelAwayFromTheSelection) {
-  const struct {
-    int columns, first, last, n;
-    std::vector<int> used;
-  } cases[] = {{100, 50, 52, 3, {46, 47, 48, 54, 55, 56}},
-               {100, 55, 60, 1, {53, 62}},
-               {100, 3, 3, 3, {1, 5, 6, 7}},
-               {100, 98, 99, 2, {95, 96}},
-               {6, 2, 4, 32767, {6}}};
-  for (const auto& c : cases) {
+  const std::tuple<int, int, int, int, std::vector<int>> cases[] = {
+      {100, 50, 52, 3, {46, 47, 48, 54, 55, 56}},
+      {100, 55, 60, 1, {53, 62}},
+      {100, 3, 3, 3, {1, 5, 6, 7}},
+      {100, 98, 99, 2, {95, 96}},
+      {6, 2, 4, 32767, {6}}};
+  for (const auto& [columns, first, last, neighbours, used] : cases) {
     std::vector<double> row;
-    for (int i = 1; i <= c.columns; ++i)
+    for (int i = 1; i <= columns; ++i)
       row.push_back(i * i % 97);
-    SetRow(row, c.first, c.last);
-    s.rowPlot.zapNeighbours = c.n;
+    SetRow(row, first, last);
+    s.rowPlot.zapNeighbours = neighbours;
     double mean = 0;
-    for (int i : c.used)
-      mean += row[i - 1] / static_cast<double>(c.used.size());
-    EXPECT_DOUBLE_EQ(Zap(s).value(), mean) << c.first;
-    for (int i = 1; i <= c.columns; ++i)
-      EXPECT_DOUBLE_EQ(s.image(1, i), i >= c.first && i <= c.last ? mean : row[i - 1]);
+    for (int i : used)
+      mean += row[i - 1] / static_cast<double>(used.size());
+    EXPECT_DOUBLE_EQ(Zap(s).value(), mean) << first;
+    for (int i = 1; i <= columns; ++i)
+      EXPECT_DOUBLE_EQ(s.image(1, i), i >= first && i <= last ? mean : row[i - 1]);
     EXPECT_TRUE(!s.rowPlot.zapSelected && UndoZap(s));
-    const auto restored = s.image.Row(1, 1, c.columns);
+    const auto restored = s.image.Row(1, 1, columns);
     EXPECT_EQ(std::vector<double>(restored.begin(), restored.end()), row);
   }
   EXPECT_EQ(NeighboursFor(0) * 100 + NeighboursFor(-2) * 10 + NeighboursFor(1), 331);

@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -70,21 +71,20 @@ class Plots : public testing::Test {
 };
 
 TEST_F(Plots, ZoomButtonsChangeTheColumnsShownAndTheirScrollBar) {
-  const auto in = ZoomIn, out = ZoomOut, full = ShowFullRow;
   const struct {
-    decltype(in) button;
+    void (*button)(RowPlot&, int);
     int columns;
     Range before, after;
     ScrollBar scroll;
   } cases[] = {
-      {in, 1000, {101, 140}, {111, 130}, {10, 990, 121, 2, 20}},
-      {in, 1000, {1, 20}, {6, 15}, {5, 995, 11, 1, 10}},
-      {in, 1000, {1, 19}, {1, 19}, {500, 500, 500, 100, 999}},
-      {out, 1000, {101, 140}, {81, 160}, {40, 960, 120, 8, 80}},
-      {out, 1000, {1, 40}, {1, 80}, {40, 960, 40, 8, 80}},
-      {out, 1000, {961, 1000}, {921, 1000}, {40, 960, 960, 8, 80}},
-      {out, 25, {6, 25}, {1, 25}, {12, 12, 12, 2, 25}},
-      {full, 1003, {101, 140}, {1, 1003}, {502, 502, 502, 100, 1002}},
+      {ZoomIn, 1000, {101, 140}, {111, 130}, {10, 990, 121, 2, 20}},
+      {ZoomIn, 1000, {1, 20}, {6, 15}, {5, 995, 11, 1, 10}},
+      {ZoomIn, 1000, {1, 19}, {1, 19}, {500, 500, 500, 100, 999}},
+      {ZoomOut, 1000, {101, 140}, {81, 160}, {40, 960, 120, 8, 80}},
+      {ZoomOut, 1000, {1, 40}, {1, 80}, {40, 960, 40, 8, 80}},
+      {ZoomOut, 1000, {961, 1000}, {921, 1000}, {40, 960, 960, 8, 80}},
+      {ZoomOut, 25, {6, 25}, {1, 25}, {12, 12, 12, 2, 25}},
+      {ShowFullRow, 1003, {101, 140}, {1, 1003}, {502, 502, 502, 100, 1002}},
   };
   for (const auto& c : cases) {
     ShowRow(c.columns, c.before.first, c.before.second);
@@ -95,17 +95,15 @@ TEST_F(Plots, ZoomButtonsChangeTheColumnsShownAndTheirScrollBar) {
 }
 
 TEST_F(Plots, ScrollBarsMoveWithinTheFrame) {
-  const struct {
-    int first, last, value, firstAfter, lastAfter;
-  } cases[] = {{101, 140, 500, 480, 520},
-               {101, 139, 100, 80, 120},
-               {101, 140, 10, 1, 40},
-               {101, 140, 995, 961, 1000},
-               {1, 1000, 500, 1, 1000}};
-  for (const auto& c : cases) {
-    ShowRow(1000, c.first, c.last);
-    ScrollColumns(plot, c.value, 1000);
-    EXPECT_EQ(Shown(), Range(c.firstAfter, c.lastAfter)) << c.value;
+  const std::tuple<Range, int, Range> cases[] = {{{101, 140}, 500, {480, 520}},
+                                                 {{101, 139}, 100, {80, 120}},
+                                                 {{101, 140}, 10, {1, 40}},
+                                                 {{101, 140}, 995, {961, 1000}},
+                                                 {{1, 1000}, 500, {1, 1000}}};
+  for (const auto& [before, value, after] : cases) {
+    ShowRow(1000, before.first, before.second);
+    ScrollColumns(plot, value, 1000);
+    EXPECT_EQ(Shown(), after) << value;
   }
   for (const auto& [value, row] : {Range{0, 1}, {3, 3}, {6, 5}}) {
     ScrollRows(plot, value, 5);
@@ -195,20 +193,17 @@ TEST_F(Plots, ARowWithValuesUnder100GivesWayToTheLastDrawnOne) {
 TEST_F(Plots, ClicksMarkTheApertureAndCompleteTheSelectionWithTheFourthRightOne) {
   ShowSlice();
   const Slice& slice = s.slice;
-  const struct {
-    double x;  // of a left click; negative for a right one
-    int state, clicks;
-  } clicks[] = {{700, 0, 0},          {XOfRow(60), 1, 0}, {-13584, 1, 1},
-                {XOfRow(50), 2, 1},   {XOfRow(70), 2, 1}, {-XOfRow(90), 2, 2},
-                {-801, 2, 3},         {-13586, 2, 3},     {-XOfRow(9) - 60, -1, 4},
-                {-XOfRow(20), -1, 4}, {XOfRow(20), -1, 4}};
-  for (const auto& c : clicks) {
-    c.x > 0 ? ClickForAperture(s, c.x, 3950 - 365) : ClickForBackground(s, -c.x, 3950 - 730);
-    EXPECT_EQ(Range(slice.apertureState, slice.backgroundClicks), Range(c.state, c.clicks)) << c.x;
+  // Where the click is, negative for a right one, and the states of both selections after it.
+  const std::pair<double, Range> clicks[] = {
+      {700, {0, 0}},          {XOfRow(60), {1, 0}}, {-13584, {1, 1}},
+      {XOfRow(50), {2, 1}},   {XOfRow(70), {2, 1}}, {-XOfRow(90), {2, 2}},
+      {-801, {2, 3}},         {-13586, {2, 3}},     {-XOfRow(9) - 60, {-1, 4}},
+      {-XOfRow(20), {-1, 4}}, {XOfRow(20), {-1, 4}}};
+  for (const auto& [x, states] : clicks) {
+    x > 0 ? ClickForAperture(s, x, 3950 - 365) : ClickForBackground(s, -x, 3950 - 730);
+    EXPECT_EQ(Range(slice.apertureState, slice.backgroundClicks), states) << x;
   }
-  EXPECT_EQ(Range(slice.apertureFirstRow, slice.apertureLastRow), Range(60, 50));
-  EXPECT_EQ(Range(slice.background1FirstRow, slice.background1LastRow), Range(100, 90));
-  EXPECT_EQ(Range(slice.background2FirstRow, slice.background2LastRow), Range(1, 10));
+  EXPECT_EQ(MarksText(slice), "Aperture 60 to 50   Background 100 to 90, 1 to 10");
   EXPECT_DOUBLE_EQ(slice.apertureMarkValue, slice.colFrame.yMin + slice.colFrame.ySpan / 10);
   EXPECT_DOUBLE_EQ(slice.backgroundMarkValue, slice.colFrame.yMin + slice.colFrame.ySpan / 5);
   EXPECT_EQ(ReadOutSlice(s, XOfRow(60), 1000).columnText, "    60");

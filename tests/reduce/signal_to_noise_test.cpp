@@ -26,10 +26,8 @@ TEST(SignalToNoise, FindsTheNoiseUnderASlopeAndBesideLinesAndPadding) {
 
 TEST(SignalToNoise, SaysNothingWhereThereIsNothingToSay) {
   const std::vector<double> flat(100, 3.0), dark{-1, -2, -1, -2, -1, -3, -1, -2}, few{1, 2, 3, 0, 4, 0};
-  EXPECT_FALSE(SignalToNoise(flat));
-  EXPECT_FALSE(SignalToNoise(dark));
-  EXPECT_FALSE(SignalToNoise(few));
-  EXPECT_FALSE(SignalToNoise({}));
+  for (const auto& pixels : {flat, dark, few, std::vector<double>{}})
+    EXPECT_FALSE(SignalToNoise(pixels)) << testing::PrintToString(pixels);
 }
 
 }  // namespace

@@ -7,7 +7,6 @@
 #include <QRadioButton>
 #include <QScreen>
 #include <QScrollArea>
-#include <algorithm>
 #include <set>
 
 #include "windows/part2_test.h"
@@ -54,20 +53,7 @@ class AccessibilityTest : public Part2Test {
     for (const char* item : {"mLoadWLtable", "mSaveAs", "mSave2D_Text", "mSave1D_Text", "mHeader0", "mIntro",
                              "mAbout", "mShowRecipe"})
       Trigger(main.get(), item);
-    ASSERT_EQ(platform.TakeMessages(), Texts{});
-  }
-  static std::vector<QWidget*> Windows() {
-    std::vector<QWidget*> windows;
-    for (QWidget* window : QApplication::topLevelWidgets())
-      if (window->isVisible() && window->objectName().startsWith("frm"))
-        windows.push_back(window);
-    return windows;
-  }
-
-  // Gives a window the keyboard, and not one that stands above it.
-  static void Activate(QWidget* window) {
-    window->activateWindow();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == window; }));
+    ASSERT_EQ(platform.messages, Texts{});
   }
   static void Key(int key, Qt::KeyboardModifiers modifiers = {}) {
     ASSERT_NE(QApplication::focusWidget(), nullptr);
@@ -98,8 +84,8 @@ class AccessibilityTest : public Part2Test {
 
 TEST_F(AccessibilityTest, EveryControlHasARoleAndANameOfItsOwn) {
   OpenAll();
-  ASSERT_EQ(Windows().size(), 20);
-  for (QWidget* window : Windows()) {
+  ASSERT_EQ(OpenWindows().size(), 20);
+  for (QWidget* window : OpenWindows()) {
     std::set<std::pair<int, QString>> seen;
     for (QWidget* w : window->findChildren<QWidget*>()) {
       if (!IsControl(*w))
@@ -117,7 +103,7 @@ TEST_F(AccessibilityTest, EveryControlHasARoleAndANameOfItsOwn) {
 
 TEST_F(AccessibilityTest, TabAndTheArrowsOfOptionsReachEveryControl) {
   OpenAll();
-  for (QWidget* window : Windows()) {
+  for (QWidget* window : OpenWindows()) {
     std::set<QWidget*> left;
     for (QWidget* w : window->findChildren<QWidget*>())
       if (TakesKeys(*w))
@@ -157,8 +143,8 @@ TEST_F(AccessibilityTest, KeysDoWhatTheMouseDoes) {
   for (const bool byMouse : {true, false}) {
     const size_t before = session->journal.size();
     LoadAll();
-    const auto press = [&](QWidget* window, const char* name) {
-      byMouse ? Press(window, name) : KeyPress(window, name);
+    const auto press = [&](QWidget* window, auto... names) {
+      ((byMouse ? Press(window, names) : KeyPress(window, names)), ...);
     };
     // Clicks at the numbers of an axis; those of the mouse are so far off the columns.
     const auto click = [&](QWidget* window, const PlotFrame& f, const std::vector<int>& columns, double off,
@@ -179,28 +165,23 @@ TEST_F(AccessibilityTest, KeysDoWhatTheMouseDoes) {
       EXPECT_EQ(std::stoi(LabelText(row, "Label13")), 50);
       EXPECT_NEAR(std::stod(LabelText(row, "Label10")), session->image(session->rowPlot.plotRow, 50), 0.02);
     }
-    press(row, "Command4");
-    press(row, "Command7");
+    press(row, "Command4", "Command7");
 
     press(main.get(), "Command3");
     QWidget* const slice = Window("frmPlot_Column");
     const PlotFrame& sliceFrame = session->slice.colFrame;
     click(slice, sliceFrame, {26, 34}, -0.5, Qt::LeftButton);
     click(slice, sliceFrame, {5, 15, 45, 55}, -0.75, Qt::RightButton);
-    press(slice, "Command2");
-    press(slice, "Command4");
-    press(main.get(), "Command5");
+    press(slice, "Command2", "Command4");
 
-    press(main.get(), "Command6");
+    press(main.get(), "Command5", "Command6");
     QWidget* const continuum = Window("frmPlot_Continuum");
     if (session->manualFit == 0 && byMouse)
       Press(continuum, "Option1(1)");
     const PlotFrame& f = session->continuum.contFrame;
     click(continuum, f, {62, 70, 80, 85, 90, 100, 110}, 0, Qt::LeftButton);
     click(continuum, f, {85}, 0, Qt::RightButton);
-    press(continuum, "Command1");
-    press(continuum, "Command4");
-    press(continuum, "Command6");
+    press(continuum, "Command1", "Command4", "Command6");
 
     press(main.get(), "Command7");
     for (const int column : {100, 300, 600}) {
@@ -209,7 +190,6 @@ TEST_F(AccessibilityTest, KeysDoWhatTheMouseDoes) {
       Type(Line(), "Text1", QString::number(5000 + column));
       QTest::keyClick(Find<QLineEdit>(Line(), "Text1"), Qt::Key_Return);
     }
-    EXPECT_EQ(platform.TakeMessages(), Texts{});
     journals.emplace_back(session->journal.begin() + static_cast<ptrdiff_t>(before), session->journal.end());
   }
   EXPECT_EQ(journals[0], journals[1]);
@@ -226,7 +206,7 @@ TEST_F(AccessibilityTest, LargerTextIsNotCutOffNorAreWindowsOutOfSight) {
     // Groups of controls are laid out in the first round, and among each other in the second.
     QApplication::processEvents();
     QApplication::processEvents();
-    for (QWidget* window : Windows()) {
+    for (QWidget* window : OpenWindows()) {
       const std::string what = window->objectName().toStdString() + " " + std::to_string(factor) + " ";
       const QRect seen = window->frameGeometry().intersected(screen);
       EXPECT_EQ(seen.size(), window->frameGeometry().size().boundedTo(screen.size())) << what;
@@ -261,27 +241,25 @@ TEST_F(AccessibilityTest, CurvesAndSelectionsDifferInLightnessFromPaperAndData) 
   OpenAll();
   ClickAt(Window("frmPlot_Row"), session->rowPlot.rowFrame, Qt::RightButton, 5000);
   int others = 0;
-  for (QWidget* window : Windows()) {
+  for (QWidget* window : OpenWindows()) {
     if (!window->findChild<QWidget*>("surface"))
       continue;
     for (const DrawingItem& item : SurfaceOf(window).drawing()->items) {
+      if (std::holds_alternative<Text>(item))
+        continue;
       const auto* const line = std::get_if<halmek::Line>(&item);
       const auto* const curve = std::get_if<Polyline>(&item);
-      const auto* const ring = std::get_if<Circle>(&item);
-      const Colour colour = line    ? line->colour
-                            : curve ? curve->colour
-                            : ring  ? ring->colour
-                                    : colours::black;
-      const std::string what = window->objectName().toStdString() + " " + std::to_string(colour.red) + " " +
-                               std::to_string(colour.green) + " " + std::to_string(colour.blue);
+      const Colour colour = line ? line->colour : curve ? curve->colour : std::get<Circle>(item).colour;
+      SCOPED_TRACE(testing::Message() << window->objectName().toStdString() << " " << +colour.red << " "
+                                      << +colour.green << " " << +colour.blue);
       // The grid may be faint; the background model shows against the data that it crosses.
       if (colour != colours::grey && colour != colours::green) {
-        EXPECT_GE(Contrast(colour, paper), 3) << what;
+        EXPECT_GE(Contrast(colour, paper), 3);
       }
       // The marks of arc lines stand above the data, and are thicker.
       const bool crossesData = curve || (line && line->penWidth == 1 && colour != colours::grey);
       if (crossesData && colour != colours::red) {
-        EXPECT_GE(Contrast(colour, colours::red), 2) << what;
+        EXPECT_GE(Contrast(colour, colours::red), 2);
         ++others;
       }
     }

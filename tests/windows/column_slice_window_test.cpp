@@ -46,50 +46,50 @@ TEST_F(ColumnSliceWindowTest, ClicksMarkTheRangesThatAreFittedAndExtracted) {
   EXPECT_EQ(Range(slice.background2FirstRow, slice.background2LastRow), Range(5, 15));
 
   // Clicked backwards, the ranges are those between the ends: 11 rows each.
-  Press(window, "Command2");
-  EXPECT_EQ(session->background.backgroundMedian(7), (415 + 445) / 2.0);
-  Press(window, "Command4");
+  Press(window, "Command2", "Command4");
   Press("Command5");
+  EXPECT_EQ(session->background.backgroundMedian(7), (415 + 445) / 2.0);
   double sum = 0;
   for (int row = 26; row <= 34; ++row)
     sum += Star(7, row) - 430;
   EXPECT_EQ(session->slot[slots::spectrum].spectrum(7), sum);
-  EXPECT_EQ(platform.messages, Texts{});
 }
 
 TEST_F(ColumnSliceWindowTest, ButtonsBeforeTheirTimeAreRefused) {
   const struct {
-    const char* what;
     std::vector<int> aperture, background;
     int power;
     const char *button, *message;
   } cases[] = {
-      {"no fit", {}, {}, 0, "Command4", noFit},
-      {"aperture only", {26, 34}, {}, 0, "Command2", noSelection},
-      {"three clicks", {}, {5, 15, 45}, 0, "Command2", noSelection},
-      {"cubic", {}, {55}, 3, "Command2", "Sorry, power 3 has not been implemented yet.  Try 0, 1, or 2."},
-      {"no fit, all marked", {}, {}, 0, "Command4", noFit},
+      {{}, {}, 0, "Command4", noFit},
+      {{26, 34}, {}, 0, "Command2", noSelection},
+      {{}, {5, 15, 45}, 0, "Command2", noSelection},
+      {{}, {55}, 3, "Command2", "Sorry, power 3 has not been implemented yet.  Try 0, 1, or 2."},
+      {{}, {}, 0, "Command4", noFit},
   };
   for (const auto& c : cases) {
     MarkRows(c.aperture, c.background);
     Choose(window, "Combo1", c.power);
-    const std::string before = StateOf(*session);
-    Press(window, c.button);
-    EXPECT_EQ(platform.TakeMessages(), Texts{c.message}) << c.what;
-    EXPECT_EQ(StateOf(*session), before) << c.what;
+    ExpectRefused([&] { Press(window, c.button); }, c.message);
     EXPECT_TRUE(window->isVisible());
     EXPECT_FALSE(session->workflow.crunchEnabled);
   }
 }
 
-TEST_F(ColumnSliceWindowTest, FourRightClicksNeedNoAperture) {
+TEST_F(ColumnSliceWindowTest, FourRightClicksAreFittedButNothingIsExtractedWithoutAWholeAperture) {
   MarkRows({}, {5, 15, 45, 55});
   Press(window, "Command2", "Command4");
-  EXPECT_EQ(platform.TakeMessages(), Texts{});
   EXPECT_EQ(LabelText(main.get(), "Label25"), "DONE!");
-  Press("Command5");
-  EXPECT_EQ(platform.TakeMessages(),
-            Texts{"Hey, you need to set the aperture and fit the background first!"});
+  const auto refusal = "Hey, you need to set the aperture and fit the background first!";
+  const auto crunch = [&] { Press("Command5"); };
+  ExpectRefused(crunch, refusal);
+  OpenSlice();
+  Press(window, "Command1");
+  MarkRows({50}, {});
+  ExpectRefused(crunch, refusal);
+  MarkRows({55}, {});
+  crunch();
+  EXPECT_EQ(session->journal.at(session->journal.size() - 2), "aperture 50 55");
 }
 
 TEST_F(ColumnSliceWindowTest, TheClearButtonsDropMarksOrFitAndCancelBoth) {
@@ -129,7 +129,6 @@ TEST_F(ColumnSliceWindowTest, TheScaleIsFixedOrThatOfTheColumn) {
   EXPECT_EQ(LabelText(window, "Label13"), "1");
   expectScale(least, Star(1, 30));
   Press(window, "Option1");
-  expectScale(0, session->imageMax);
   columns->setValue(120);
   expectScale(0, session->imageMax);
   Press(window, "Option2");
@@ -149,7 +148,6 @@ TEST_F(ColumnSliceWindowTest, OpensOnTheMiddleColumnOfAnyFrame) {
   for (const auto& [columns, middle] : {Range{1003, 502}, {1, 1}, {2, 1}}) {
     LoadFrame(columns, 60);
     OpenSlice();
-    EXPECT_EQ(LabelText(window, "Label13"), std::to_string(middle));
     EXPECT_EQ(StateOfBar(window, "HScroll1"), (ScrollBar{1, columns, middle, 1, 10}));
   }
 }

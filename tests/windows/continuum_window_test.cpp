@@ -61,21 +61,22 @@ TEST_F(ContinuumWindowTest, PointsAreAddedAndDeletedByHandOnly) {
   Click(Qt::RightButton, 56);
   EXPECT_EQ(Points(), (std::vector<double>{25, 120, 7}));
   EXPECT_EQ(Marks(window), "Rooo");
-  EXPECT_EQ(platform.messages, Texts{});
 }
 
 TEST_F(ContinuumWindowTest, WhatCannotBeDoneIsRefusedAndChangesNothing) {
-  constexpr auto belowOne = "Hey, the sample interval must be 1 or more.  Please try again.";
+  const auto tooFew = [](const std::string& power, const std::string& points) {
+    return "Hey, for a fit of power " + power + " you need " + points +
+           " points (and preferably more).  Please try again.";
+  };
+  const std::string belowOne = "Hey, the sample interval must be 1 or more.  Please try again.";
   const struct {
     std::vector<int> points;  // none: in automatic mode
     int power;
-    const char *interval, *message;
+    const char* interval;
+    std::string message;
   } cases[] = {
-      {{10, 30, 60, 90},
-       4,
-       "10",
-       "Hey, for a fit of power 4 you need 5 points (and preferably more).  Please try again."},
-      {{}, 5, "60", "Hey, for a fit of power 5 you need 6 points (and preferably more).  Please try again."},
+      {{10, 30, 60, 90}, 4, "10", tooFew("4", "5")},
+      {{}, 5, "60", tooFew("5", "6")},
       {{}, 5, "-7", belowOne},
       {{}, 5, "x", belowOne},
       {{}, 5, "99999", "Error: 6  Error: Overflow."},
@@ -85,21 +86,14 @@ TEST_F(ContinuumWindowTest, WhatCannotBeDoneIsRefusedAndChangesNothing) {
     AddPoints(c.points);
     Choose(window, "Combo1", c.power - 2);
     Type(window, "Text1", c.interval);
-    const std::string before = StateOf(*session);
-    Press(window, "Command1");
-    EXPECT_EQ(platform.TakeMessages(), Texts{c.message}) << c.interval;
-    EXPECT_EQ(StateOf(*session), before) << c.interval;
+    ExpectRefused([&] { Press(window, "Command1"); }, c.message.c_str());
   }
-  Press(window, "Command2");
-  EXPECT_EQ(platform.TakeMessages(), Texts{"Sorry!  This is not implemented yet."});
+  ExpectRefused([&] { Press(window, "Command2"); }, "Sorry!  This is not implemented yet.");
 
   ChooseMode(true);
   for (int column = 1; column <= 40; ++column)
     spectrum(column) = -5;
-  const std::string before = StateOf(*session);
-  AddPoints({20});
-  EXPECT_EQ(platform.TakeMessages(), Texts{"There is no positive pixel near column 20.  Please try again."});
-  EXPECT_EQ(StateOf(*session), before);
+  ExpectRefused([&] { AddPoints({20}); }, "There is no positive pixel near column 20.  Please try again.");
 }
 
 TEST_F(ContinuumWindowTest, NormalizeRevertAndReset) {
@@ -113,8 +107,6 @@ TEST_F(ContinuumWindowTest, NormalizeRevertAndReset) {
   EXPECT_TRUE(Marks(window).ends_with("ooB")) << Marks(window);
   Press(window, "Command4");
   const std::vector<double> once = Spectrum();
-  const double fit = continuum.ContinuumCoefficients[4](7);
-  EXPECT_DOUBLE_EQ(once[6], crunched[6] * continuum.continuumFitMax / fit);
   EXPECT_EQ(Marks(window), "R");
   Press(window, "Command4");
   EXPECT_DOUBLE_EQ(Spectrum()[0] / once[0], once[0] / crunched[0]) << "divided again";
@@ -128,7 +120,6 @@ TEST_F(ContinuumWindowTest, NormalizeRevertAndReset) {
   EXPECT_FALSE(continuum.continuumFitDone);
   EXPECT_EQ(Marks(window), "R");
   EXPECT_EQ(Spectrum(), once);
-  EXPECT_EQ(platform.messages, Texts{});
 }
 
 TEST_F(ContinuumWindowTest, AutomaticPointsServeAFitByHand) {
@@ -137,7 +128,6 @@ TEST_F(ContinuumWindowTest, AutomaticPointsServeAFitByHand) {
   Press(window, "Command1");
   const double before = spectrum(1), fit = continuum.ContinuumCoefficients[4](1);
   Press(window, "Command4");
-  EXPECT_EQ(platform.messages, Texts{});
   EXPECT_NEAR(spectrum(1), before * continuum.continuumFitMax / fit, 1e-6 * before);
 }
 

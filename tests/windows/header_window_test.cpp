@@ -22,9 +22,10 @@ class HeaderTest : public Part1Test {
       s.card(k) = "CARD" + std::to_string(slot) + "-" + std::to_string(k) + std::string(60, '=');
   }
   QWidget* Header() { return Window("frmDisplayHdr_2D"); }
-  QWidget* OpenHeader(int slot) {
-    Trigger(main.get(), ("mHeader" + std::to_string(slot)).c_str());
-    return Header();
+  void OpenHeader(int slot) { Trigger(main.get(), ("mHeader" + std::to_string(slot)).c_str()); }
+  void OpenWith(int cards) {
+    Hold(0, cards);
+    OpenHeader(0);
   }
   QScrollBar* Bar() { return Find<QScrollBar>(Header(), "VScroll1"); }
   PagedText* Cards() { return static_cast<PagedText*>(Find<QTextEdit>(Header(), "textCards")); }
@@ -58,8 +59,7 @@ TEST_F(HeaderTest, ShowsAPageOfTheCardsAndShrinksAroundFew) {
                {43, false, 43 * 194.5 + 560, "0-2 .. 0-43", "0-2 .. 0-43"},
                {44, true, 9000, "0-1 .. 0-44", "0-1 .. 0-44"}};
   for (const auto& c : cases) {
-    Hold(0, c.cards);
-    OpenHeader(0);
+    OpenWith(c.cards);
     EXPECT_EQ(Bar()->isVisible(), c.scrolls) << c.cards;
     EXPECT_NEAR(HeightInTwips(), c.height, TwipsOf(1)) << c.cards;
     EXPECT_EQ(Seen(), c.start) << c.cards;
@@ -67,8 +67,7 @@ TEST_F(HeaderTest, ShowsAPageOfTheCardsAndShrinksAroundFew) {
     EXPECT_EQ(Seen(), c.end) << c.cards;
   }
   EXPECT_EQ(Header()->windowTitle(), "Display Fits Hdr - 2D Spectrum");
-  Hold(0, 0);
-  OpenHeader(0);
+  OpenWith(0);
   EXPECT_FALSE(Bar()->isVisible());
   EXPECT_NEAR(HeightInTwips(), 560, TwipsOf(1));
   EXPECT_TRUE(Cards()->toPlainText().isEmpty() && !Cards()->placeholderText().isEmpty());
@@ -78,17 +77,16 @@ TEST_F(HeaderTest, ShowsNoBarWhereAllCardsFitWhateverTheSizeOfTexts) {
   for (const int textPixels : {13, 14, 16}) {
     const LargerText text(1.0 * textPixels / QFontInfo(QApplication::font()).pixelSize());
     Start();
+    platform.TakeMessages();
     for (const int cards : {10, 19, 20, 24, 27, 33}) {
-      Hold(0, cards);
-      OpenHeader(0);
+      OpenWith(cards);
       EXPECT_FALSE(Bar()->isVisible()) << cards << " at " << textPixels;
     }
   }
 }
 
 TEST_F(HeaderTest, IsLaidOutAgainWhereverItIsScrolled) {
-  Hold(0, 200);
-  OpenHeader(0);
+  OpenWith(200);
   Bar()->setValue(100);
   EXPECT_EQ(Seen(), "0-80 .. 0-123");
   Header()->resize(Header()->width(), Header()->height() - PixelsOf(10 * 194.5));
@@ -110,8 +108,7 @@ TEST_F(HeaderTest, IsLaidOutAgainWhereverItIsScrolled) {
 }
 
 TEST_F(HeaderTest, WheelAndKeysScroll) {
-  Hold(0, 200);
-  OpenHeader(0);
+  OpenWith(200);
   const int start = Bar()->value();
   SendWheel(Cards()->viewport(), -2);
   EXPECT_EQ(Bar()->value(), start + 6);
@@ -130,8 +127,7 @@ TEST_F(HeaderTest, WheelAndKeysScroll) {
 }
 
 TEST_F(HeaderTest, TextCanBeSelectedAcrossPagesAndCopied) {
-  Hold(0, 100);
-  OpenHeader(0);
+  OpenWith(100);
   QTest::keyClick(Cards(), Qt::Key_A, Qt::ControlModifier);
   QTest::keyClick(Cards(), Qt::Key_C, Qt::ControlModifier);
   EXPECT_EQ(QGuiApplication::clipboard()->text().count('\n'), 99);
@@ -173,8 +169,7 @@ TEST_F(HeaderTest, ShowsTheSlotThatIsCurrentWhenItIsDrawn) {
 }
 
 TEST_F(HeaderTest, KeepsItsPlaceAndWidth) {
-  Hold(0, 100);
-  OpenHeader(0);
+  OpenWith(100);
   EXPECT_GE(Cards()->width(), Cards()->WidthOf(80)) << "a whole card has room, where no width was chosen";
   Header()->move(50, 70);
   Header()->resize(333, 444);

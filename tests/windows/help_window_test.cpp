@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QScrollArea>
-#include <QScrollBar>
+#include <tuple>
 
 #include "windows/part2_test.h"
 
@@ -39,15 +39,17 @@ class HelpTest : public Part2Test {
 };
 
 TEST_F(HelpTest, EveryPageStandsInTheSameWindowAtEveryWidth) {
-  const std::pair<const char*, HelpTopic> pages[] = {{"mHelpMenuFile", HelpTopic::fileMenu},
-                                                     {"mPartIHelp", HelpTopic::part1},
-                                                     {"mPartIIHelp", HelpTopic::part2},
-                                                     {"mIntro", HelpTopic::introduction}};
+  const std::tuple<const char*, const char*, HelpTopic> pages[] = {
+      {"frmMain", "mHelpMenuFile", HelpTopic::fileMenu}, {"frmMain", "mPartIHelp", HelpTopic::part1},
+      {"frmMain", "mPartIIHelp", HelpTopic::part2},      {"frmMain", "mIntro", HelpTopic::introduction},
+      {"frmPlot_Arc1", "Arc1Help", HelpTopic::arc1},     {"frmPlot_Arc2", "mHelpArc2", HelpTopic::arc2}};
   for (const double larger : {1.0, 1.5}) {
     const LargerText text(larger);
     Start();
-    for (const auto& [item, topic] : pages) {
-      Trigger(main.get(), item);
+    for (int a : {1, 2})
+      OpenArc(a, {100, 200});
+    for (const auto& [window, item, topic] : pages) {
+      Trigger(Window(window), item);
       const HelpPage page = PageAbout(topic);
       EXPECT_EQ(Help()->windowTitle(), "Help");
       EXPECT_EQ(LabelText(Help(), "Label0"), page.title);
@@ -63,16 +65,6 @@ TEST_F(HelpTest, EveryPageStandsInTheSameWindowAtEveryWidth) {
     }
     platform.TakeMessages();
   }
-}
-
-TEST_F(HelpTest, TheArcsOpenTheirPage) {
-  OpenArc(1, {100, 200});
-  OpenArc(2, {100, 200});
-  Trigger(ArcPlot(1), "Arc1Help");
-  EXPECT_EQ(LabelText(Help(), "Label0"), "Help - Arc 1");
-  EXPECT_EQ(Paragraphs().size(), 7u);
-  Trigger(ArcPlot(2), "mHelpArc2");
-  EXPECT_EQ(LabelText(Help(), "Label0"), "Help - Arc 2");
 }
 
 TEST_F(HelpTest, HelpAndAboutKeepTheirPlace) {

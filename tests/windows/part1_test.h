@@ -154,13 +154,22 @@ class Part1Test : public WindowTest {
     }
   }
 
-  std::string BoxText(const char* name) { return Find<QLineEdit>(main.get(), name)->text().toStdString(); }
+  using WindowTest::BoxText;
+  std::string BoxText(const char* name) { return BoxText(main.get(), name); }
 
   static PlotSurface& SurfaceOf(QWidget* window) {
     for (QWidget* child : window->findChildren<QWidget*>())
       if (auto* const surface = dynamic_cast<PlotSurface*>(child))
         return *surface;
     throw std::logic_error("the window has no plot");
+  }
+
+  // The event changes nothing, and says so where there is a message.
+  void ExpectRefused(const std::function<void()>& event, const char* message) {
+    const std::string before = StateOf(*session);
+    event();
+    EXPECT_EQ(platform.TakeMessages(), Told(message));
+    EXPECT_EQ(StateOf(*session), before) << (message ? message : "no message");
   }
 
   // A click at a position in twips, half way up the plot area and a little inside its ends.

@@ -8,8 +8,11 @@
 #include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPrinter>
 #include <QWheelEvent>
 #include <QtTest/QTest>
+#include <algorithm>
+#include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
@@ -20,6 +23,8 @@
 #include "support/test_session.h"
 
 namespace halmek::test {
+
+namespace fs = std::filesystem;
 
 using Texts = std::vector<std::string>;
 
@@ -55,6 +60,17 @@ class FakePlatform : public Platform {
   }
   bool SetUpPrinter(QWidget*, QPrinter& printer) override { return setUpPrinter && setUpPrinter(printer); }
 
+  // What the user does in the printer dialog: to print into that file.
+  void PrintInto(const std::string& file, QPageLayout::Orientation orientation = QPageLayout::Portrait,
+                 int copies = 1) {
+    setUpPrinter = [=](QPrinter& printer) {
+      printer.setOutputFormat(QPrinter::PdfFormat);
+      printer.setOutputFileName(QString::fromStdString(file));
+      printer.setPageOrientation(orientation);
+      printer.setCopyCount(copies);
+      return true;
+    };
+  }
   // The messages since the last call.
   Texts TakeMessages() { return std::exchange(messages, {}); }
 };
@@ -75,6 +91,16 @@ inline QWidget* Window(const char* name) {
   return nullptr;
 }
 inline bool IsOpen(const char* name) { return Window(name) != nullptr && Window(name)->isVisible(); }
+
+// The windows that are open, by their names: Qt's own order changes from run to run.
+inline QList<QWidget*> OpenWindows() {
+  QList<QWidget*> open;
+  for (QWidget* window : QApplication::topLevelWidgets())
+    if (window->isVisible() && window->objectName().startsWith("frm"))
+      open.push_back(window);
+  std::ranges::sort(open, {}, [](const QWidget* window) { return window->objectName(); });
+  return open;
+}
 
 // Turns the wheel over a widget; positive is away from the user.
 inline void SendWheel(QWidget* widget, int notches, Qt::KeyboardModifiers modifiers = {}) {
@@ -107,6 +133,9 @@ class WindowTest : public testing::Test {
   FakePlatform platform;
   Desk desk{*session, platform};
 
+  // What a test provokes, it takes; nothing else may be said.
+  void TearDown() override { EXPECT_EQ(platform.messages, Texts{}); }
+
   // Files to load, of 32-bit reals.
   void WriteFrame(const std::string& name, int columns, int rows,
                   const std::function<double(int column, int row)>& value) {
@@ -122,6 +151,11 @@ class WindowTest : public testing::Test {
     SaveFits1D(*made, slots::object, name);
   }
 
+  // Gives a window the keyboard, and not one that stands above it.
+  static void Activate(QWidget* window) {
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == window; }));
+  }
   // Presses these buttons, one after the other. Not in the middle: an option button ends with its caption.
   template <class... Names>
   static void Press(QWidget* window, const char* name, Names... more) {
@@ -134,6 +168,9 @@ class WindowTest : public testing::Test {
     edit->selectAll();
     QTest::keyClick(edit, Qt::Key_Delete);
     QTest::keyClicks(edit, text);
+  }
+  static std::string BoxText(QWidget* window, const char* name) {
+    return Find<QLineEdit>(window, name)->text().toStdString();
   }
   static std::string LabelText(QWidget* window, const char* name) {
     return Find<QLabel>(window, name)->text().toStdString();
