@@ -11,14 +11,13 @@
 #include "platform/controls.h"
 #include "platform/placement.h"
 #include "platform/text.h"
-#include "platform/twips.h"
 
 namespace halmek {
 
 RecipeWindow::RecipeWindow(Desk& desk) : desk_(desk), text_(new QPlainTextEdit(this)) {
   setObjectName("frmRecipe");
   setWindowTitle("Recipe");
-  resize(PixelsOf(9000), PixelsOf(7000));
+  SetInnerSize(*this, 9000, 7000);
 
   text_->setObjectName("textRecipe");
   NameArea(text_, "Recipe");

@@ -90,7 +90,7 @@ FileChooser::FileChooser(Desk& desk, const ChooserKind& kind)
   Arrange();
   Connect();
   SetLeastOuterSize(*this, leastWidth, leastHeight);
-  resize(PixelsOf(usualWidth), PixelsOf(usualHeight));
+  SetInnerSize(*this, usualWidth, usualHeight);
 }
 
 FileChooser::~FileChooser() { desk_.RemoveView(*this); }

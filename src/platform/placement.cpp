@@ -81,6 +81,12 @@ QSize InnerSize(const QSize& outer, const QWidget& window) {
           std::max(1, outer.height() - frame.top() - frame.bottom())};
 }
 
+// The inner size of a window whose outer one is given in twips, or is that of a smaller screen.
+QSize InnerSizeOnScreen(int width, int height, const QWidget& window) {
+  const QSize room = window.screen()->availableGeometry().size();
+  return InnerSize(QSize(PixelsOf(width), PixelsOf(height)).boundedTo(room), window);
+}
+
 // Where a window is seen that is put at a place; all of it, at the place where all windows begin.
 QRect SeenPlace(int left, int top, const QSize& size) {
   const QRect seen = InSight({QPoint(PixelsOf(left), PixelsOf(top)), size}, Screens());
@@ -185,15 +191,18 @@ void BringToFront(QWidget& window) {
   window.activateWindow();
 }
 
+void SetInnerSize(QWidget& window, int width, int height) {
+  const QSize room = InnerSize(window.screen()->availableGeometry().size(), window);
+  window.resize(QSize(PixelsOf(width), PixelsOf(height)).boundedTo(room));
+}
+
 void FixOuterSize(QWidget& window, int width, int height) {
-  const QSize room = window.screen()->availableGeometry().size();
-  window.setFixedSize(InnerSize(QSize(PixelsOf(width), PixelsOf(height)).boundedTo(room), window));
+  window.setFixedSize(InnerSizeOnScreen(width, height, window));
 }
 
 void SetLeastOuterSize(QWidget& window, int width, int height) {
   // Where the text is larger than the screen has room for, the controls need more.
-  const QSize least = InnerSize({PixelsOf(width), PixelsOf(height)}, window);
-  window.setMinimumSize(least.expandedTo(window.minimumSizeHint()));
+  window.setMinimumSize(InnerSizeOnScreen(width, height, window).expandedTo(window.minimumSizeHint()));
 }
 
 }  // namespace halmek

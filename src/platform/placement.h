@@ -43,8 +43,11 @@ QRect ClearOf(const QRect& outer, const QRect& free, const QRect& screen);
 // Shows a window, above the others and with the keyboard.
 void BringToFront(QWidget& window);
 
-// Keeps the outer size of a window at a fixed size, or that of a smaller screen, or above a least one, in
-// twips.
+// Gives a window its first inner size, in twips, or the room of a smaller screen.
+void SetInnerSize(QWidget& window, int width, int height);
+
+// Keeps the outer size of a window at a fixed size, or above a least one, in twips, or the room of a smaller
+// screen.
 void FixOuterSize(QWidget& window, int width, int height);
 void SetLeastOuterSize(QWidget& window, int width, int height);
 

@@ -6,8 +6,8 @@
 #include <QPrintDialog>
 #include <QPrinter>
 
+#include "platform/placement.h"
 #include "platform/text.h"
-#include "platform/twips.h"
 
 namespace halmek {
 namespace {
@@ -44,7 +44,7 @@ std::optional<std::string> Ask(QWidget* over, const FileQuestion& question, QFil
   filters.push_back("*");
   dialog.setNameFilters(filters);
   dialog.selectFile(QFile::decodeName(question.name.c_str()));
-  dialog.resize(PixelsOf(12000), PixelsOf(6500));
+  SetInnerSize(dialog, 12000, 6500);
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
     return std::nullopt;
   return Typed(dialog.selectedFiles().front());
