@@ -265,6 +265,14 @@ class OutputFile {
   int file_ = -1;
 };
 
+// Until its folder is flushed, a power cut may take the new name of a file away.
+void FlushFolderOf(const Target& target, const FileOperations& system) {
+  const std::string folder = FolderOf(target).string();
+  if (Uninterrupted([&] { return system.flushFolder(folder.c_str()); }) != 0 && errno != EINVAL)
+    throw RunTimeError(ErrorFromSystem(errno, target.path).number(),
+                       "the file is in its place, but its folder could not be flushed to the disk");
+}
+
 void WriteDevice(const Target& target, std::string_view bytes, const FileOperations& system) {
   OutputFile device(target, system);
   device.OpenDevice();
@@ -285,14 +293,29 @@ bool WriteBeside(const Target& target, std::string_view bytes, NewFile kind, con
     file.TakeOverPermissions();
   file.Write(bytes);
   file.Flush();
-  if (kind == NewFile::nameless)
-    return file.NameAndReplace();
-  file.CloseCopy();
-  file.Replace();
+  if (kind == NewFile::nameless) {
+    if (!file.NameAndReplace())
+      return false;
+  } else {
+    file.CloseCopy();
+    file.Replace();
+  }
+  FlushFolderOf(target, system);
   return true;
 }
 
 }  // namespace
+
+int FlushFolder(const char* path) {
+  const int folder = open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (folder < 0)
+    return errno == EACCES ? 0 : -1;
+  const int result = fsync(folder);
+  const int error = errno;
+  close(folder);
+  errno = error;
+  return result;
+}
 
 void AtomicWrite(const std::string& path, std::string_view bytes, const FileOperations& system) {
   const Target target = TargetOf(path, system);

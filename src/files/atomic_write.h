@@ -12,7 +12,7 @@ namespace halmek {
 // its name: a full disk, a crash or a kill at any moment leaves either the old file or the new one. A link is
 // followed; the mode of an existing file is kept, and its owner and group where the system lets us give it
 // away; another name of the same file (a hard link) keeps the old content; a device is written directly. The
-// folder is not flushed: after a power cut in the next seconds the old file may be back.
+// folder is flushed, too, so that a file that was written outlives a power cut.
 //
 // The new file has no name while it is written, where the file system knows such files, and otherwise the
 // hidden name ".NAME.halmek-PID-N.tmp" beside its target. It is removed after a failure; where a killed

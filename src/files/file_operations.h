@@ -11,9 +11,12 @@
 
 namespace halmek {
 
-// The calls by which files are written, each as the system's own of that name but for one: a failure is -1,
-// with its cause in `errno`. Tests put others in their place, to be a disk that fills or a program that is
-// killed.
+// Opens a folder, flushes and closes it.
+int FlushFolder(const char* path);
+
+// The calls by which files are written, each as the system's own of that name but for two: a failure is
+// -1, with its cause in `errno`. Tests put others in their place, to be a disk that fills or a program that
+// is killed.
 struct FileOperations {
   std::function<ssize_t(const char* path, char* text, size_t size)> readlink = ::readlink;
   std::function<int(const char* path, struct stat* status)> stat = ::stat;
@@ -34,6 +37,8 @@ struct FileOperations {
   };
   std::function<int(const char* path, const char* name)> rename = ::rename;
   std::function<int(const char* path)> unlink = ::unlink;
+  // Flushes the names in a folder to the disk. A folder that may not be read cannot be flushed, and is not.
+  std::function<int(const char* path)> flushFolder = FlushFolder;
   std::function<int(int file)> close = ::close;
 };
 

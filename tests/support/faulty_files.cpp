@@ -56,6 +56,7 @@ FileOperations FaultyFiles::Operations() {
   Watch(files.linkOpenFile, "link");
   Watch(files.rename, "rename");
   Watch(files.unlink, "unlink");
+  Watch(files.flushFolder, "flushFolder");
   Watch(files.close, "close");
   return files;
 }
