@@ -35,7 +35,6 @@ class FrameFile {
     AppendCard(header, NumberCard("NAXIS2", std::to_string(rows), " /"));
     if (type == 17)
       AppendCard(header, NumberCard("BZERO", "32768", " /"));
-    PadCards(header);
     std::string bytes = HeaderBytes(header);
 
     std::mt19937 random(1);

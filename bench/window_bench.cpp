@@ -141,7 +141,6 @@ class Windows {
          {NumberCard("SIMPLE", "T", " /"), NumberCard("BITPIX", "16", " /"), NumberCard("NAXIS", "2", " /"),
           NumberCard("NAXIS1", std::to_string(columns), " /"), NumberCard("NAXIS2", "500", " /")})
       AppendCard(header, card);
-    PadCards(header);
     std::string bytes = HeaderBytes(header);
     std::mt19937 random(7);
     for (int i = 0; i < 500 * columns; ++i) {

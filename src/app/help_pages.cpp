@@ -51,7 +51,7 @@ const std::vector<std::string> fileMenu = {
     "  This saves the 1-D FITS file resulting from the Crunch (compression from 2-D to 1-D) function.",
     "[menu] File > Save 1-D Data to Text File:"
     "  Following a header line, the pixel values are saved to a text file.",
-    "Note that there is no checking for files that are about to be overwritten (be careful).",
+    "Before a file is replaced, you are asked, and told what it is.",
 };
 
 const std::vector<std::string> part1 = {

@@ -11,6 +11,7 @@
 #include "files/process.h"
 #include "platform/desk.h"
 #include "platform/installed.h"
+#include "steps/journal_file.h"
 #include "steps/start_up.h"
 
 namespace {
@@ -41,9 +42,17 @@ int RunWindows(int argc, char** argv, const std::string& frame) {
   for (const std::string& message : halmek::StartUp(*session, std::filesystem::current_path().string()))
     desk.Tell(nullptr, message);
   window.Open();
+  const std::string state = halmek::StateFolder();
+  const auto left = halmek::LeftJournals(state);
+  halmek::JournalFile journal(state, session->dataFolder);
+  desk.KeepJournal(journal);
+  if (!left.empty())
+    window.actions().OfferReplay(left.front());
   if (!frame.empty())
     window.actions().LoadFrameFrom(frame);
-  return QApplication::exec();
+  const int status = QApplication::exec();
+  journal.Remove();
+  return status;
 }
 
 }  // namespace

@@ -7,16 +7,17 @@
 
 #include "calib/arc_plot.h"
 #include "dialogs/chooser_kinds.h"
-#include "files/atomic_write.h"
 #include "files/whole_number.h"
 #include "platform/installed.h"
 #include "platform/text.h"
+#include "plot/wording.h"
 #include "reduce/bad_column.h"
 #include "reduce/column_slice.h"
 #include "reduce/row_plot.h"
 #include "steps/clicks.h"
 #include "steps/recipe.h"
 #include "steps/slot_names.h"
+#include "steps/unsaved_work.h"
 
 namespace halmek {
 namespace {
@@ -137,8 +138,10 @@ void Actions::Normalize() { Made(continuum_, desk_).Open(); }
 void Actions::SaveSpectrum() {
   session().currentSlot = slots::spectrum;
   Chooser(choosers::saveData)
-      .Open(
-          {.what = "spectrum", .title = "Save 1-D Fits File", .pattern = 0, .name = SpectrumName(session())});
+      .Open({.what = "spectrum",
+             .title = "Save 1-D Fits File",
+             .pattern = 0,
+             .name = ProposedFile(session(), slots::spectrum)});
 }
 
 void Actions::ChooseArcCount(int count) { desk_.Do(mainWindow_, steps::Arcs{count}); }
@@ -184,7 +187,7 @@ void Actions::SaveCalibrated() {
       .Open({.what = "object",
              .title = "Save Calibrated 1-D Program File",
              .pattern = 0,
-             .name = BaseName(DataName(session().slot[slots::object])) + "cal.fts"});
+             .name = ProposedFile(session(), slots::object)});
 }
 
 bool Actions::HasFrame() {
@@ -195,9 +198,11 @@ bool Actions::HasFrame() {
 }
 
 void Actions::Save() {
-  if (HasFrame())
-    desk_.Do(mainWindow_,
-             steps::Save{"frame", BaseName(DataName(session().slot[slots::frame])) + ".fts", -32});
+  if (!HasFrame())
+    return;
+  const fs::path file(ProposedFile(session(), slots::frame));
+  desk_.Do(mainWindow_, StepsIn(session(), file.parent_path().string(),
+                                steps::Save{"frame", file.filename().string(), -32}));
 }
 
 void Actions::SaveAs() {
@@ -208,7 +213,7 @@ void Actions::SaveAs() {
       .Open({.what = "frame",
              .title = "Save 2-D Program File",
              .pattern = 0,
-             .name = BaseName(DataName(session().slot[slots::frame])) + ".fts"});
+             .name = ProposedFile(session(), slots::frame)});
 }
 
 void Actions::SaveFrameText() {
@@ -248,30 +253,51 @@ void Actions::ShowRecipe() { Made(recipe_, desk_).Open(); }
 
 void Actions::SaveRecipe() {
   const std::string frame = DataName(session().slot[slots::frame]);
-  const auto file = desk_.platform().FileToSave(
-      mainWindow_, {.title = "Save Recipe As",
-                    .folder = session().dataFolder,
-                    .name = (frame.empty() ? std::string("halmek") : BaseName(frame)) + ".recipe",
-                    .patterns = {recipePattern}});
-  if (file)
-    desk_.TryWith(*file, mainWindow_,
-                  [&] { AtomicWrite(*file, SavedRecipe(session(), *file), session().fileOperations); });
+  const auto output =
+      desk_.FileToSave(mainWindow_,
+                       {.title = "Save Recipe As",
+                        .folder = session().dataFolder,
+                        .name = (frame.empty() ? std::string("halmek") : BaseName(frame)) + ".recipe",
+                        .patterns = {recipePattern}},
+                       [](const std::string&) { return FileKind::recipe; });
+  if (output)
+    desk_.TryWith(output->file, mainWindow_,
+                  [&] { WriteOutput(session(), *output, SavedRecipe(session(), output->file)); });
 }
 
 void Actions::RunRecipe() {
   const auto file = desk_.platform().FileToOpen(
       mainWindow_,
       {.title = "Run Recipe", .folder = session().dataFolder, .name = {}, .patterns = {recipePattern}});
-  if (!file)
-    return;
+  if (file && desk_.MayLose(mainWindow_, UnsavedWork(session()), "Run the Recipe"))
+    Run(*file, fs::path(*file).parent_path().string());
+}
+
+bool Actions::Run(const std::string& recipe, const std::string& folder) {
   RecipeReport report;
   {
     const BusyPointer busy(desk_);
-    report = RunRecipeFile(session(), *file);
+    report = RunRecipeFile(session(), recipe, folder);
   }
   desk_.RefreshViews();
   showSettings_();
   desk_.Tell(mainWindow_, report.text, report.warnings);
+  return report.isDone;
+}
+
+void Actions::OfferReplay(const LeftJournal& left) {
+  constexpr size_t replay = 0, discard = 1;
+  const size_t answer =
+      desk_.platform().Ask(mainWindow_, {"An earlier session was ended in the midst of its work.  Do its " +
+                                             Count(left.steps, "step") + " again?",
+                                         "they are kept in " + left.path + "; the last is: " + left.lastStep,
+                                         {"Do Them Again", "Discard Them", "Not Now"}});
+  // What stopped on its way stays to be looked at, under a name that is not offered again.
+  std::error_code ignored;
+  if (answer == discard || (answer == replay && Run(left.path, {})))
+    fs::remove(left.path, ignored);
+  else if (answer == replay)
+    fs::rename(left.path, fs::path(left.path).replace_extension(".stopped"), ignored);
 }
 
 void Actions::ShowHelp(HelpTopic topic) { Made(help_, desk_).Open(topic); }

@@ -21,6 +21,7 @@
 #include "reduce/column_slice_window.h"
 #include "reduce/continuum_window.h"
 #include "reduce/row_plot_window.h"
+#include "steps/journal_file.h"
 
 namespace halmek {
 
@@ -68,6 +69,10 @@ class Actions {
   void SaveRecipe();
   void RunRecipe();
 
+  // Asks whether the steps of a session that did not end cleanly are to be performed again, and performs
+  // them.
+  void OfferReplay(const LeftJournal& left);
+
   void ShowHelp(HelpTopic topic);
   void ShowManual();
   void ShowAbout();
@@ -75,6 +80,8 @@ class Actions {
  private:
   Session& session() { return desk_.session(); }
   bool HasFrame();
+  // Says how the recipe ended; true if all of it was performed.
+  bool Run(const std::string& recipe, const std::string& folder);
   FileChooser& Chooser(const ChooserKind& kind);
   ArcWindow& ArcPlot(int arc);
   void IdentifyLine(QWidget* over, const QRect& free);

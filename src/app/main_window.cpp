@@ -15,6 +15,7 @@
 #include "platform/placement.h"
 #include "platform/text.h"
 #include "steps/start_up.h"
+#include "steps/unsaved_work.h"
 
 namespace halmek {
 namespace {
@@ -100,6 +101,10 @@ void MainWindow::moveEvent(QMoveEvent* event) {
 
 void MainWindow::closeEvent(QCloseEvent* event) {
   Session& session = desk_.session();
+  if (!desk_.MayLose(this, UnsavedWork(session), "Quit")) {
+    event->ignore();
+    return;
+  }
   WindowPlacement placement = session.mainWindow;
   Store(placement, *this);
   desk_.Try(

@@ -4,28 +4,18 @@
 #include <filesystem>
 
 namespace halmek {
-namespace {
+int Columns(const Session& session) { return static_cast<int>(session.slot[slots::frame].naxis1); }
 
-// `naxis` as a count within 0..limit.
-int CountUpTo(double naxis, int limit, const char* keyword) {
-  if (!(naxis < limit + 1))
-    throw RunTimeError(run_time_error::subscript,
-                       std::string(keyword) + " is above " + std::to_string(limit));
-  return naxis > 0 ? static_cast<int>(naxis) : 0;
+int Rows(const Session& session) { return static_cast<int>(session.slot[slots::frame].naxis2); }
+
+int Pixels(const Slot& slot) { return static_cast<int>(slot.naxis1); }
+
+std::string DataName(const Slot& slot) {
+  return slot.loadedFile.empty() ? slot.fileName : LeafName(slot.loadedFile);
 }
-
-}  // namespace
-
-int Columns(const Session& session) {
-  return CountUpTo(session.slot[0].naxis1, FrameTable::lastColumn, "NAXIS1");
-}
-
-int Rows(const Session& session) { return CountUpTo(session.slot[0].naxis2, FrameTable::lastRow, "NAXIS2"); }
-
-int Pixels(const Slot& slot) { return CountUpTo(slot.naxis1, lastPixel, "NAXIS1"); }
 
 std::string SpectrumTextName(const Session& session, int slot) {
-  const std::string& data = DataName(session.slot[slot]);
+  const std::string data = DataName(session.slot[slot]);
   if (data.empty())
     return {};
   return slot == slots::spectrum ? session.baseName + "_1D.txt" : BaseName(data) + ".txt";
@@ -45,10 +35,20 @@ std::string BaseName(const std::string& name) { return name.substr(0, name.rfind
 
 std::string LeafName(const std::string& name) { return name.substr(name.rfind('/') + 1); }
 
-std::string SpectrumName(const Session& session) {
+std::string ProposedFile(const Session& session, int slot) {
+  const Slot& s = session.slot[slot];
+  const auto beside = [&](const std::string& name) {
+    return FullName(session, (std::filesystem::path(s.loadedFile).parent_path() / name).string());
+  };
+  if (slot == slots::object)
+    return beside(BaseName(DataName(s)) + "cal.fts");
+  if (!s.savedFile.empty())
+    return s.savedFile;
+  if (slot == slots::frame)
+    return beside(BaseName(DataName(s)) + ".fts");
   const Slot& frame = session.slot[slots::frame];
   const bool isSameFrame = session.crunchLoad == frame.loadedFile;
-  return (isSameFrame ? BaseName(DataName(frame)) : session.baseName) + "_1D.fts";
+  return FullName(session, (isSameFrame ? BaseName(DataName(frame)) : session.baseName) + "_1D.fts");
 }
 
 void DropFrameState(Session& session) {

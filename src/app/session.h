@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -57,10 +58,9 @@ struct FitsHeader {
 
 // One loaded file: its header and, except for the frame, its pixels.
 struct Slot : FitsHeader {
-  std::string fileName;  // without folder; empty = nothing loaded
-  std::string dataName;  // of the file last loaded or saved with success; a load that fails changes fileName
+  std::string fileName;    // of the last load or save, without folder; empty = nothing loaded
   std::string loadedFile;  // full name of the file that was loaded
-  bool isWhole = true;     // header and pixels belong together; false after a load that stopped between them
+  std::string savedFile;   // full name of the last save since then; empty = none
   int savePixelType = 0;   // BITPIX chosen for the next save, or 17
 
   FixedTable<double> spectrum{lastPixel};      // pixels 1..naxis1
@@ -97,6 +97,7 @@ struct Arc {
 };
 
 struct WavelengthTable {
+  std::string loadedFile;  // its full name
   FixedTable<double> WLValue{lastTableEntry};
   FixedTable<std::string> WLName{lastTableEntry};
   int wlCount = 0;
@@ -104,6 +105,7 @@ struct WavelengthTable {
 
 struct LineMask {
   std::string maskFileName;  // of the last mask loaded or saved; empty = no mask
+  std::string loadedFile;    // full name of the last mask loaded
   FixedTable<double> MaskColumn{lastLine}, MaskWavelength{lastLine};
   int maskCount = 0;
 };
@@ -196,15 +198,22 @@ struct LinePanel {
   int tableEntry = 1;          // [VScroll1]
 };
 
+// Which work is in no file.
+struct Unsaved {
+  bool frame = false, spectrum = false, object = false;  // changes of the data
+  std::array<bool, 3> arc{};                             // identified lines, of arcs 1 and 2
+  bool frameIsExtracted = false;                         // the spectrum comes from the frame as it is
+};
+
 struct Session : Settings {
   std::array<Slot, 5> slot;
-  FrameTable image;  // rows 1..naxis2, columns 1..naxis1 of slot 0
+  FrameTable image;      // rows 1..naxis2, columns 1..naxis1 of slot 0
+  FrameTable nextImage;  // into which a frame is loaded, so that a load that fails leaves `image`
   double imageMin = 0, imageMax = 0;
 
   int currentSlot = 0;
   std::string dataFolder;
   std::string settingsPath;
-  std::string wlTableFile;
   bool daoFrame = false;  // the next 2-D load reads the DAO layout
   int arcCount = 2;
   bool frameTrimmed = false;
@@ -240,24 +249,27 @@ struct Session : Settings {
   std::array<int16_t, mostHelpParagraphs + 1> helpParagraphLength{};
 
   Workflow workflow;
-  FileOperations fileOperations;          // by which files are written
-  std::vector<std::string> journal;       // the steps performed, as the lines of a recipe
+  FileOperations fileOperations;     // by which files are written
+  std::vector<std::string> journal;  // the steps performed, as the lines of a recipe
+  std::function<void(const std::string&)> keepJournal = [](const std::string&) {};  // each line as it comes
+  Unsaved unsaved;
   std::vector<std::string> writtenFiles;  // full names, in order
+  std::string recipeFile;                 // full name of the recipe that is running; empty = none
 };
 
-// The size of the frame and of a spectrum, as whole numbers. They throw RunTimeError 9 where a header
-// promises more than the tables hold, which a load that failed can leave behind.
+// The size of the frame and of a spectrum, as whole numbers.
 int Columns(const Session& session);
 int Rows(const Session& session);
 int Pixels(const Slot& slot);
 
-// The name that the slot's data go by.
-inline const std::string& DataName(const Slot& slot) {
-  return slot.dataName.empty() ? slot.fileName : slot.dataName;
-}
+// The name that the slot's data go by: that of the file they were loaded from.
+std::string DataName(const Slot& slot);
 
-// The name proposed for the extracted spectrum, after the frame that it came from.
-std::string SpectrumName(const Session& session);
+// The full name proposed for a save of slot 0, 3 or 4: that of the last save since the slot was filled, but
+// for the object. Else the frame's own with the ending .fts, beside the file it was loaded from; the
+// spectrum's after the frame that it came from, in the data folder; the object's after the spectrum that was
+// loaded, and beside it.
+std::string ProposedFile(const Session& session, int slot);
 
 // The name proposed for a text file of a slot's spectrum; empty where it holds none.
 std::string SpectrumTextName(const Session& session, int slot);

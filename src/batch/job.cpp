@@ -13,6 +13,7 @@ namespace {
 void Perform(const Job& job, Session& session, Recorder& recorder, const JobOutput& output,
              JobResult& result) {
   session.dataFolder = std::filesystem::current_path().string();
+  session.recipeFile = FullName(session, job.recipeName);
   RunRecipe(session, job.lines, [&](const RecipeLine& step, const Outcome& outcome) {
     recorder.After(session, step.step);
     result.found.push_back(

@@ -5,15 +5,17 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "app/output.h"
+#include "app/session.h"
 #include "batch/job.h"
 #include "batch/many.h"
 #include "batch/report.h"
-#include "files/atomic_write.h"
 #include "files/input_file.h"
 #include "files/process.h"
 
@@ -29,6 +31,7 @@ struct Options {
   std::vector<std::string> assignments;
   std::vector<std::string> forValues;  // the variable, then its values
   std::string journal, report;
+  bool replace = false;
   int jobs = 1;
 };
 
@@ -38,7 +41,8 @@ std::string LanguageNotes() {
          "# begins a comment. Names with blanks stand in double quotes; a quote in them is doubled.\n"
          "$name and ${name} are replaced by the VALUE of NAME=VALUE; $$ is a dollar sign. A relative\n"
          "FILE is taken in the current folder. FIRST and LAST may stand in either order; columns and\n"
-         "rows count from 1.\n\n"
+         "rows count from 1. A file that the program did not write, or that is loaded, is replaced only\n"
+         "where `replace` is the last word of the step.\n\n"
          "Exit status: 0 done, 1 a step was refused (standard error says which), 2 nothing was run.\n";
 }
 
@@ -58,6 +62,8 @@ void Describe(CLI::App& app, Options& options) {
       ->type_name("FILE");
   app.add_option("--journal", options.journal, "write the steps performed as a recipe; not with --for")
       ->type_name("FILE");
+  app.add_flag("--replace", options.replace,
+               "let report and journal replace files that halmek-batch did not write");
   app.set_version_flag("--version", "halmek-batch " HALMEK_VERSION);
   app.footer(LanguageNotes);
 }
@@ -78,8 +84,19 @@ Variables VariablesOf(const std::vector<std::string>& assignments) {
   return variables;
 }
 
+// A report or a journal, as the recipe's own files are: of the recipe that runs, in the current folder.
+halmek::Output OutputOf(const Options& options, const std::string& file, halmek::FileKind kind) {
+  return {file, kind, options.replace, "add --replace"};
+}
+std::unique_ptr<halmek::Session> SessionOf(const Options& options) {
+  auto session = std::make_unique<halmek::Session>();
+  session->dataFolder = std::filesystem::current_path().string();
+  session->recipeFile = halmek::FullName(*session, options.recipe);
+  return session;
+}
+
 // A file that cannot be written is better known before the run than after it.
-void RequireWritable(const std::string& file) {
+void RequireWritable(const Options& options, const std::string& file, halmek::FileKind kind) {
   if (file.empty())
     return;
   const std::filesystem::path path = std::filesystem::absolute(file);
@@ -93,21 +110,30 @@ void RequireWritable(const std::string& file) {
     refuse(halmek::RunTimeError(halmek::run_time_error::pathAccess, "it is a folder"));
   if (access(path.parent_path().c_str(), W_OK | X_OK) != 0)
     refuse(halmek::ErrorFromSystem(errno, path.string()));
+  try {
+    halmek::RequireFree(*SessionOf(options), OutputOf(options, file, kind));
+  } catch (const halmek::Refusal& refusal) {
+    refuse(refusal);
+  }
 }
 
 // A slip of the hand must not put a page in the place of a frame.
-void RequireReportName(const std::string& file) {
+void RequireReportName(const Options& options) {
+  const std::string& file = options.report;
   std::error_code ignored;
   const std::string ending = std::filesystem::path(file).extension().string();
   if (!file.empty() && ending != ".html" && ending != ".htm" &&
       !std::filesystem::is_character_file(file, ignored))
     throw halmek::NotUnderstood("a report's name must end in .html, not '" + file + "'");
-  RequireWritable(file);
+  RequireWritable(options, file, halmek::FileKind::report);
 }
 
-void WriteText(const std::string& file, const std::string& text) {
+void WriteText(const Options& options, const std::string& file, halmek::FileKind kind,
+               const std::string& text) {
   try {
-    halmek::AtomicWrite(file, text);
+    for (const std::string& warning :
+         halmek::WriteOutput(*SessionOf(options), OutputOf(options, file, kind), text))
+      std::fprintf(stderr, "warning: %s\n", halmek::batch::Printable(warning).c_str());
   } catch (const halmek::Failure& failure) {
     throw std::runtime_error(halmek::FailureLine(file, failure));
   }
@@ -115,15 +141,16 @@ void WriteText(const std::string& file, const std::string& text) {
 
 void WriteReport(const Options& options, const std::string& recipe, const halmek::batch::AllRan& all) {
   if (!options.report.empty())
-    WriteText(options.report, halmek::batch::ReportPage(options.recipe, recipe, all));
+    WriteText(options, options.report, halmek::FileKind::report,
+              halmek::batch::ReportPage(options.recipe, recipe, all));
 }
 
 // One run, whose steps are printed as they come.
 int RunOnce(const Options& options, const std::string& recipe, const Variables& variables) {
   halmek::batch::Job job = halmek::batch::JobOf(options.recipe, recipe, variables);
   job.drawsFigures = !options.report.empty();
-  RequireWritable(options.journal);
-  RequireReportName(options.report);
+  RequireWritable(options, options.journal, halmek::FileKind::recipe);
+  RequireReportName(options);
   auto result = halmek::batch::Run(
       job, {[](const std::string& line) {
               std::puts(line.c_str());
@@ -145,7 +172,7 @@ int RunOnce(const Options& options, const std::string& recipe, const Variables& 
     failure = error.what();
   }
   if (!options.journal.empty())
-    WriteText(options.journal, journal);
+    WriteText(options, options.journal, halmek::FileKind::recipe, journal);
   if (!failure.empty())
     throw std::runtime_error(failure);
   return status;
@@ -177,7 +204,7 @@ int RunForEach(const Options& options, const std::string& recipe, Variables vari
   }
   if (!UsesVariable(recipe, variables, name))
     return Complain("the recipe does not use $" + name);
-  RequireReportName(options.report);
+  RequireReportName(options);
   const halmek::batch::AllRan all = halmek::batch::RunMany(values, jobs, options.jobs);
   std::printf("\n%s", halmek::batch::SummaryTable(all).c_str());
   WriteReport(options, recipe, all);

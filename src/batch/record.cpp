@@ -164,7 +164,7 @@ void Recorder::ShowContinuum(Session& s) {
 void Recorder::ShowArc(Session& s, int a) {
   const Kept arc(s.arc[a]);
   const Kept estimate(s.estimatedWavelength);
-  const std::string& name = DataName(s.slot[a]);
+  const std::string name = DataName(s.slot[a]);
   Show(a, "Arc " + name, Count(s.arc[a].LineCount, "line") + " identified",
        [&] { return PlotArc(s, a, {}); });
   if (s.arc[a].LineCount < 3)

@@ -6,6 +6,7 @@
 #include <cstddef>
 
 #include "app/session.h"
+#include "files/known_file.h"
 #include "plot/number_text.h"
 #include "plot/text_encoding.h"
 #include "plot/wording.h"
@@ -167,9 +168,10 @@ std::string SummaryTable(const AllRan& all) {
 std::string ReportPage(const std::string& recipeName, const std::string& recipe, const AllRan& all) {
   const std::string title = "Reduction by " + Escaped(LeafName(recipeName));
   const auto failed = FailuresAmong(all);
-  std::string html = "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n<title>" +
-                     title + "</title>\n<meta name=\"viewport\" content=\"width=device-width\">\n<style>" +
-                     style + "</style>\n</head>\n<body>\n<h1>" + title + "</h1>\n<p>" +
+  std::string html = std::string(first_lines::report) +
+                     "\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n<title>" + title +
+                     "</title>\n<meta name=\"viewport\" content=\"width=device-width\">\n<style>" + style +
+                     "</style>\n</head>\n<body>\n<h1>" + title + "</h1>\n<p>" +
                      Count(static_cast<int>(all.runs.size()), "run") +
                      (failed > 0 ? ", of which " + std::to_string(failed) + " failed" : std::string()) +
                      ". Lines and RMS (Angstroms) are those of the arcs; the scale is that of the corrected "

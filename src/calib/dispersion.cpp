@@ -3,9 +3,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "calib/deviations.h"
 #include "fits/header.h"
+#include "fits/world_coordinates.h"
 #include "plot/number_text.h"
 
 namespace halmek {
@@ -14,7 +16,7 @@ namespace {
 void CheckObject(const Slot& object) {
   if (object.fileName.empty() || Pixels(object) == 0)
     throw Refusal("Hey, no Object file has been loaded!");
-  if (object.crval1Card != 0 || object.cd1_1Card != 0)
+  if (HasWavelengthScale(object))
     throw Refusal("This file has already been dispersion corrected.");
 }
 
@@ -83,16 +85,17 @@ void Restore(Slot& object, double first, double last, int n) {
     object.spectrum(p) = object.spectrumWork(p);
 }
 
-void AppendCards(Slot& object, const LinearScale& scale) {
+void AppendCards(FitsHeader& header, const LinearScale& scale) {
   const auto text = [](double value, int width, int decimals) {
     const std::string padded = FormatFixed(value, width, decimals);
     return padded.substr(std::min(padded.find_first_not_of(' '), padded.size()));
   };
-  object.crval1Card = AppendCard(
-      object, NumberCard("CRVAL1", text(scale.start, 10, 3), " / Wavelength of first pixel in Angstroms"));
-  object.cd1_1Card = AppendCard(
-      object, NumberCard("CD1_1", text(scale.step, 11, 7), " / Wavelength scale in Angstroms / pixel"));
-  AppendCard(object, "HISTORY  Halmek corrected the dispersion to linear.");
+  header.crval1Card = AppendCard(
+      header, NumberCard("CRVAL1", text(scale.start, 10, 3), " / Wavelength of first pixel in Angstroms"));
+  AppendCard(header, NumberCard("CRPIX1", "1", " / The pixel of that wavelength"));
+  header.cd1_1Card = AppendCard(
+      header, NumberCard("CD1_1", text(scale.step, 11, 7), " / Wavelength scale in Angstroms / pixel"));
+  AppendCard(header, "HISTORY  Halmek corrected the dispersion to linear.");
 }
 
 }  // namespace
@@ -111,7 +114,9 @@ Warnings CorrectDispersion(Session& s) {
   const LinearScale scale = ScaleOf(s);
   if (!(std::fabs(scale.step) >= leastStep) || !std::isfinite(scale.step))
     throw Refusal("Hey, the arcs give no wavelength scale!  Please identify their lines again.");
-  RequireRoomForCards(object, 3);
+  FitsHeader header = object;
+  DropScales(header);
+  AppendCards(header, scale);
 
   const int n = Pixels(object);
   const std::span<double> pixels = object.spectrum.Range(1, n);
@@ -124,7 +129,7 @@ Warnings CorrectDispersion(Session& s) {
 
   s.dispStart = scale.start;
   s.dispStep = scale.step;
-  AppendCards(object, scale);
+  static_cast<FitsHeader&>(object) = std::move(header);
   s.workflow.correctionStatus = doneText;
   s.workflow.saveObjectEnabled = true;
   s.workflow.correctEnabled = false;

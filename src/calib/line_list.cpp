@@ -106,7 +106,7 @@ double UpperAxisLimit(const Slot& slot) {
 
 void RequireArc(const Session& s, int a) {
   const Slot& slot = s.slot[a];
-  if (slot.fileName.empty() || !slot.isWhole || Pixels(slot) == 0)
+  if (slot.fileName.empty() || Pixels(slot) == 0)
     throw Refusal("Hey, no Arc " + std::to_string(a) + " file has been loaded!");
 }
 

@@ -1,11 +1,12 @@
 // Line masks.
 #include "calib/line_mask.h"
 
+#include <utility>
 #include <vector>
 
+#include "app/output.h"
 #include "calib/line_list.h"
 #include "calib/peaks.h"
-#include "files/atomic_write.h"
 #include "files/input_file.h"
 #include "files/text_records.h"
 #include "numeric/rounding.h"
@@ -13,9 +14,6 @@
 
 namespace halmek {
 namespace {
-
-constexpr const char* maskHeader =
-    "Mask data for line identification.  Peak column; tabular wavelength (Angstroms).";
 
 void ShowMaskName(Session& s) {
   if (s.currentSlot == slots::arc1 || s.currentSlot == slots::arc2)
@@ -102,7 +100,6 @@ void TakeLines(Session& s, Arc& arc, const FoundLines& found) {
 }  // namespace
 
 void LoadMask(Session& s, const std::string& file) {
-  s.mask.maskFileName = LeafName(file);
   std::string text = ReadWholeFile(FullName(s, file));
   if (text.starts_with("\xEF\xBB\xBF"))
     text.erase(0, 3);
@@ -112,31 +109,31 @@ void LoadMask(Session& s, const std::string& file) {
   if (!RecordLine(lines[0]).Text().value_or("").starts_with("Mask"))
     throw Refusal("This is not a mask file for this program.  Please try again.");
 
-  int k = 0;
+  LineMask mask;
   for (size_t i = 1; i < lines.size(); ++i)
     if (!RecordLine(lines[i]).AtEnd())
-      ReadEntry(s.mask, ++k, lines[i], i + 1);
-  if (k == 0)
+      ReadEntry(mask, ++mask.maskCount, lines[i], i + 1);
+  if (mask.maskCount == 0)
     throw RunTimeError(run_time_error::pastEndOfFile, "there are no lines of data");
-  s.mask.maskCount = k;
+  mask.maskFileName = LeafName(file);
+  mask.loadedFile = FullName(s, file);
+  s.mask = std::move(mask);
   ShowMaskName(s);
 }
 
-void SaveMask(Session& s, int a, const std::string& file) {
-  s.currentSlot = a;
+Warnings SaveMask(Session& s, int a, const std::string& file, bool mayReplace) {
   const Arc& arc = s.arc[a];
   if (arc.LineCount == 0)
     throw Refusal("There are no centroided peaks and tabular wavelengths to save.");
-  std::string text = std::string(maskHeader) + "\r\n";
+  std::string text = std::string(first_lines::mask) + "\r\n";
   for (int k = 1; k <= arc.LineCount; ++k) {
     AppendNumber(text, arc.ArcLineColumn(k));
     AppendNumber(text, arc.ArcLineWavelength(k));
     text += "\r\n";
   }
-  const std::string path = FullName(s, file);
-  AtomicWrite(path, text, s.fileOperations);
-  s.writtenFiles.push_back(path);
+  Warnings warnings = WriteOutput(s, {file, FileKind::mask, mayReplace}, text);
 
+  s.currentSlot = a;
   LineMask& mask = s.mask;
   mask.maskFileName = LeafName(file);
   mask.maskCount = arc.LineCount;
@@ -145,6 +142,7 @@ void SaveMask(Session& s, int a, const std::string& file) {
     mask.MaskWavelength(k) = arc.ArcLineWavelength(k);
   }
   ShowMaskName(s);
+  return warnings;
 }
 
 Warnings ApplyMask(Session& s, int a) {

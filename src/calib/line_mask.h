@@ -8,15 +8,14 @@
 namespace halmek {
 
 // Reads a mask of at most 50 lines from `file`, named relative to `dataFolder`; the arc window of
-// `currentSlot` shows its name. Throws Refusal for a file that is no mask, with the loaded mask kept, and
-// RunTimeError for one that cannot be read or is malformed: 321, or 9 for too many lines; the entries before
-// have replaced those of the loaded mask then, whose count is kept.
+// `currentSlot` shows its name. Throws Refusal for a file that is no mask, and RunTimeError for one that
+// cannot be read or is malformed: 321, or 9 for too many lines; the loaded mask is kept then.
 void LoadMask(Session& session, const std::string& file);
 
 // Writes the lines of arc `a` to `file`, columns and wavelengths with 15 digits, and makes them the loaded
-// mask. Throws Refusal where the arc has no lines, and RunTimeError where the file cannot be written; the
-// loaded mask is kept then.
-void SaveMask(Session& session, int a, const std::string& file);
+// mask. Throws Refusal where the arc has no lines, and warns and throws as WriteOutput does; the loaded mask
+// is kept then.
+Warnings SaveMask(Session& session, int a, const std::string& file, bool mayReplace = false);
 
 // Identifies the lines of arc `a` from the loaded mask: each at the peak within 10 pixels of its column, in
 // the order of the mask, and fits the straight-line dispersion. Other identifications of the arc are dropped.

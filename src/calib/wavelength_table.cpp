@@ -36,16 +36,15 @@ WavelengthTable ParseWavelengthTable(const std::string& text) {
 }
 
 Warnings LoadWavelengthTable(Session& s, const std::string& file) {
-  s.wlTableFile = file;
   try {
     const std::string text = ReadWholeFile(FullName(s, file));
     s.wavelengthTable = ParseWavelengthTable(text);
+    s.wavelengthTable.loadedFile = FullName(s, file);
     const std::string_view heading = Lines(text)[0];
     if (RecordLine(heading).Number())
       return {"The first line is a heading and is not read: " + std::string(heading)};
     return {};
   } catch (const RunTimeError& error) {
-    s.wavelengthTable = {};
     throw Refusal(
         "Wavelength file 'WL_table.txt' not found - load from menu bar or enter tabular values manually.",
         error.detail().empty() ? error.text() : error.detail());

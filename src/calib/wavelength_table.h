@@ -8,8 +8,8 @@
 namespace halmek {
 
 // Reads the table from `file`, named relative to `dataFolder`, in file order: a header line, then lines of a
-// wavelength in Angstrom, a comma and a label, at most 1000 of them. On any failure the table is empty, and
-// Refusal is thrown with the one message that says so. Warns where the header line reads like an entry.
+// wavelength in Angstrom, a comma and a label, at most 1000 of them. What is refused, with the one
+// message that says so, leaves the table as it was. Warns where the header line reads like an entry.
 Warnings LoadWavelengthTable(Session& session, const std::string& file);
 
 // Takes a table's text apart. Throws RunTimeError.

@@ -29,7 +29,7 @@ struct ChooserKind {
   // The step of OK. `what` is what the chooser was opened for, `option` the value of the button chosen.
   Step (*StepOf)(const std::string& what, const std::string& file, int option);
 
-  bool saves = false;         // tells of a file that will be replaced
+  bool saves = false;
   bool requiresName = false;  // stays open without one
   Choice choice = Choice::none;
   std::vector<ChooserOption> options = {};  // shown in two columns, down the left one first

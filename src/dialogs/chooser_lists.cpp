@@ -1,6 +1,7 @@
 // Lists with the keys of a file chooser.
 #include "dialogs/chooser_lists.h"
 
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QStyledItemDelegate>
 #include <algorithm>
@@ -63,6 +64,12 @@ void NameList::keyPressEvent(QKeyEvent* event) {
       break;
     default:
       break;
+  }
+  const bool isShortcut = event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+  if (typedInto_ != nullptr && !isShortcut && !event->text().isEmpty() && event->text()[0].isPrint()) {
+    typedInto_->setFocus(Qt::TabFocusReason);  // which selects what stands there
+    QCoreApplication::sendEvent(typedInto_, event);
+    return;
   }
   QListWidget::keyPressEvent(event);
 }

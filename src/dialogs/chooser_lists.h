@@ -15,11 +15,15 @@ class NameList : public QListWidget {
   // it did.
   explicit NameList(const char* name, std::function<bool(int key)> takesKey = {});
 
+  // Hands keys that type a text to another control, instead of going to the name that begins with it.
+  void TypeInto(QWidget* control) { typedInto_ = control; }
+
  protected:
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
   std::function<bool(int key)> takesKey_;
+  QWidget* typedInto_ = nullptr;
 };
 
 // Folders as an indented path.

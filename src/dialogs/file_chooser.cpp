@@ -9,7 +9,6 @@
 #include <QStyle>
 #include <algorithm>
 #include <filesystem>
-#include <utility>
 
 #include "files/failure.h"
 #include "platform/accessible.h"
@@ -122,6 +121,7 @@ void FileChooser::Arrange() {
   grid->addWidget(driveBox_, 5, 1);
 
   if (kind_.saves) {
+    fileList_->TypeInto(nameBox_);
     replaceNote_ = NewNote("labelExists", font());
     SetMeaning(replaceNote_, "Note");
     grid->addWidget(replaceNote_, 2, 0, 1, 2);
@@ -182,15 +182,15 @@ void FileChooser::Open(const ChooserRequest& request) {
   request_ = request;
   setWindowTitle(Shown(request.title.empty() ? kind_.title : request.title));
   // A data folder that is gone is said and shown as empty; from the folders above it there is a way out.
-  folder_ = desk_.session().dataFolder;
+  const fs::path name(request.name);
+  folder_ = name.is_absolute() ? name.parent_path().string() : desk_.session().dataFolder;
   listing_ = {};
   desk_.Try(desk_.mainWindow(), [this] { listing_ = ListFolder(folder_); });
   drives_ = Drives();
   ShowDrives();
   ShowFolders();
   SelectPattern(request.pattern);
-  SetName(!request.name.empty() ? request.name : files_.empty() ? "" : files_.front());
-  isOffered_ = request.name.empty();
+  SetName(!request.name.empty() ? LeafName(request.name) : files_.empty() ? "" : files_.front());
   SelectFirstOption();
   source_ = SourceOfData();
 
@@ -264,10 +264,8 @@ void FileChooser::GoTo(const std::string& folder) {
     folder_ = now;
     ShowFolders();
     ShowFiles();
-    if (now != before) {
+    if (now != before)
       SetName(files_.empty() ? "" : files_.front());
-      isOffered_ = true;
-    }
   });
   driveBox_->setCurrentIndex(DriveHolding(drives_, folder_));
 }
@@ -333,7 +331,6 @@ void FileChooser::ShowFiles() {
 
 void FileChooser::SetName(const std::string& name) {
   name_ = name;
-  isOffered_ = false;
   const QSignalBlocker quiet(nameBox_);
   nameBox_->setText(Shown(name));
   ShowName();
@@ -347,7 +344,6 @@ void FileChooser::TakeTypedName() {
                                    [&](const std::string& name) { return Shown(name) == text; });
   const bool isListed = std::find(files_.begin(), files_.end(), typed) != files_.end();
   name_ = isListed || listed == files_.end() ? typed : *listed;
-  isOffered_ = false;
   ShowName();
 }
 
@@ -362,7 +358,7 @@ void FileChooser::ShowName() {
 
   if (replaceNote_ != nullptr) {
     const bool isReplaced = !name_.empty() && IsFile(fs::path(folder_) / name_);
-    replaceNote_->setText(isReplaced ? "This file exists and will be replaced." : "");
+    replaceNote_->setText(isReplaced ? "This file exists; OK asks about it." : "");
   }
 }
 
@@ -382,14 +378,14 @@ void FileChooser::Accept() {
   if (!kind_.options.empty() && options_->checkedButton() == nullptr)
     return desk_.Tell(this, "Please select a spectrum for save.");
 
-  // A name that merely stands first in the folder is no decision to replace a file.
-  if (kind_.saves && std::exchange(isOffered_, false) && IsFile(fs::path(folder_) / name_))
-    return desk_.Tell(this, "This file exists.  Press OK again to replace it, or choose another name.");
-
+  const auto allowed =
+      desk_.Allowed(this, StepsIn(session, folder_, kind_.StepOf(request_.what, name_, option)));
+  if (!allowed)
+    return;
   hide();
   if (request_.slot)
     session.currentSlot = *request_.slot;
-  desk_.Do(desk_.mainWindow(), StepsIn(session, folder_, kind_.StepOf(request_.what, name_, option)));
+  desk_.DoAllowed(desk_.mainWindow(), *allowed);
 }
 
 void FileChooser::StorePlacement() {

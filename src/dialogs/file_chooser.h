@@ -24,7 +24,8 @@ struct ChooserRequest {
                       // spectrum, table, mask
   std::string title;  // empty: the kind's own
   int pattern = 0;    // index selected at last
-  std::string name;   // proposed in the name box; empty: the first file of the list
+  std::string name;   // proposed in the name box; empty: the first file of the list. A full name is proposed
+                      // in its folder, others in the data folder.
   std::optional<int> slot = {};  // becomes current with OK, whichever was made current meanwhile
 };
 
@@ -83,8 +84,7 @@ class FileChooser : public QWidget, public View {
   // What the name box stands for: the bytes of the file chosen, or what was typed. Where it is one of the
   // files listed, that one is selected, and no other.
   std::string name_;
-  bool isOffered_ = false;  // it is the first of the list, which nobody chose
-  std::string source_;      // the file that the data to be saved came from
+  std::string source_;  // the file that the data to be saved came from
 
   EntryBox* nameBox_;
   NameList* fileList_;

@@ -3,12 +3,17 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include "files/input_file.h"
 #include "fits/header.h"
 #include "fits/pixel_codec.h"
 #include "plot/number_text.h"
+#include "plot/wording.h"
 
 namespace halmek {
 namespace {
@@ -26,37 +31,23 @@ int CountCards(std::string_view text) {
   throw Refusal("This FITS header has no END card.  Please try again.");
 }
 
-struct HeaderText {
-  std::string text;
-  int cardCount = 0;
-};
-
-HeaderText ReadHeader(const InputFile& file) {
+FitsHeader ReadHeader(const InputFile& file) {
   if (file.size() == 0)
     throw RunTimeError(run_time_error::pastEndOfFile, "the file is empty");
-  HeaderText header{file.ReadStart(longestHeader)};
+  std::string text = file.ReadStart(longestHeader);
   // A header has no line ends: what follows one is not header any more.
-  header.text.resize(std::min(header.text.find('\r'), header.text.size()));
+  text.resize(std::min(text.find('\r'), text.size()));
 
-  const std::string first = header.text.substr(0, 8);
+  const std::string first = text.substr(0, 8);
   if (first.substr(0, first.find_last_not_of(' ') + 1) != "SIMPLE")
     throw Refusal("This is not a fits file!  Please try again.");
-  header.cardCount = CountCards(header.text);
-  if (header.cardCount > lastCard)
-    throw RunTimeError(run_time_error::subscript, "the header has " + std::to_string(header.cardCount) +
+  const int count = CountCards(text);
+  if (count > lastCard)
+    throw RunTimeError(run_time_error::subscript, "the header has " + std::to_string(count) +
                                                       " cards; at most " + std::to_string(lastCard) + " fit");
+  FitsHeader header;
+  ReplaceHeader(header, text, count);
   return header;
-}
-
-// The type by which the pixels are decoded. Where 16-bit data have a BZERO at all, they are stored with an
-// offset of 32768.
-int DecodedType(const FitsHeader& header, bool isDao) {
-  const bool hasZero = std::fabs(header.bzero) >= 0.00001;
-  if (isDao && header.bzero < 0.00001)
-    return pixel_types::dao;
-  if (header.bitpix == 16 && hasZero)
-    return pixel_types::unsigned16;
-  return header.pixelType;
 }
 
 void RequireSupportedType(const FitsHeader& header, bool isDao) {
@@ -75,7 +66,11 @@ void RequireSupportedType(const FitsHeader& header, bool isDao) {
                   header.bitpixCard == 0 ? "there is no BITPIX card" : "");
 }
 
-void RequirePixels(const FitsHeader& header, double naxis, int card, const char* keyword) {
+// Makes the length of an axis whole, and requires it to lie within 1..last.
+void TakeSize(double& naxis, const FitsHeader& header, int card, const char* keyword, int last) {
+  naxis = std::floor(naxis);
+  if (naxis > last)
+    throw RunTimeError(run_time_error::subscript, std::string(keyword) + " is above " + std::to_string(last));
   if (naxis >= 1)
     return;
   throw Refusal("This FITS file has no pixels.  Please try again.",
@@ -90,70 +85,140 @@ void RequireData(const InputFile& file, int64_t start, int64_t bytes) {
                                                           std::to_string(file.size()));
 }
 
-// Values that the header scales are shown as they are stored.
-Warnings ScalingWarnings(const FitsHeader& header, int decodedType) {
-  Warnings warnings;
-  if (header.bscale != 0 && header.bscale != 1)
-    warnings.push_back("BSCALE = " + GeneralText(header.bscale) + " is not applied to the pixels.");
-  const bool isOffset = decodedType == pixel_types::unsigned16;
-  if (isOffset && header.bzero != 32768)
-    warnings.push_back("BZERO = " + GeneralText(header.bzero) + " is taken as 32768.");
-  if (!isOffset && header.bzero != 0)
-    warnings.push_back("BZERO = " + GeneralText(header.bzero) + " is not applied to the pixels.");
-  return warnings;
+// How the header says that the stored numbers stand for pixels: pixel = zero + scale x stored.
+struct Storage {
+  int type = 0;  // by which they are decoded
+  double zero = 0, scale = 1;
+  std::optional<double> blank;  // the number that stands for no value, as it is decoded
+
+  bool IsPlain() const { return zero == 0 && scale == 1 && !blank; }
+};
+
+Storage StorageOf(const FitsHeader& header, bool isDao) {
+  const double scale = header.bscale == 0 ? 1 : header.bscale;
+  if (isDao && header.bzero < 0.00001)
+    return {.type = pixel_types::dao, .blank = {}};
+  Storage storage{.type = header.pixelType, .zero = header.bzero, .scale = scale, .blank = {}};
+  const bool isUnsigned = header.pixelType == pixel_types::unsigned16 && scale == 1;
+  if (isUnsigned)
+    storage.zero = 0;
+  else if (header.pixelType == pixel_types::unsigned16)
+    storage.type = pixel_types::signed16;
+  if (const auto blank = BlankOf(header); blank && header.bitpix > 0)
+    storage.blank = *blank + (isUnsigned ? header.bzero : 0);
+  return storage;
 }
+
+// Gives each blank pixel of the row the mean of the nearest others on either side, the one where there is no
+// other, and 0 where all are blank. Returns how many there were.
+int FillBlanks(std::span<double> row, double blank) {
+  constexpr size_t none = SIZE_MAX;
+  int count = 0;
+  size_t before = none;
+  for (size_t i = 0; i < row.size(); ++i) {
+    if (row[i] != blank) {
+      before = i;
+      continue;
+    }
+    size_t after = i;
+    while (after < row.size() && row[after] == blank)
+      ++after;
+    const double left = before == none ? (after < row.size() ? row[after] : 0) : row[before];
+    const double right = after < row.size() ? row[after] : left;
+    count += static_cast<int>(after - i);
+    std::fill(row.begin() + static_cast<std::ptrdiff_t>(i), row.begin() + static_cast<std::ptrdiff_t>(after),
+              (left + right) / 2);
+    before = after < row.size() ? after : before;
+    i = after;
+  }
+  return count;
+}
+
+// Decodes rows of pixels, one after the other.
+class RowDecoder {
+ public:
+  explicit RowDecoder(const Storage& storage) : storage_(storage) {}
+
+  void Decode(std::span<const std::byte> bytes, std::span<double> row) {
+    if (storage_.IsPlain())
+      return DecodePixels(storage_.type, bytes, row, range_);
+    PixelRange ofStored;
+    DecodePixels(storage_.type, bytes, row, ofStored);
+    if (storage_.blank)
+      blanks_ += FillBlanks(row, *storage_.blank);
+    for (double& pixel : row) {
+      pixel = storage_.zero + storage_.scale * pixel;
+      if (!std::isfinite(pixel))
+        throw RunTimeError(run_time_error::overflow, "a pixel that BSCALE makes too large");
+      range_.min = std::min(range_.min, pixel);
+      range_.max = std::max(range_.max, pixel);
+    }
+  }
+
+  PixelRange range() const { return range_; }
+  int blanks() const { return blanks_; }
+
+ private:
+  const Storage storage_;
+  PixelRange range_;
+  int blanks_ = 0;
+};
 
 // Decodes the frame a few rows at a time, so that the bytes are still in the processor's cache when they are
 // decoded.
-void ReadFrame(const InputFile& file, Session& session, int type) {
-  const Slot& frame = session.slot[slots::frame];
-  const int columns = Columns(session), rows = Rows(session);
-  const auto rowBytes = static_cast<size_t>(columns * BytesPerPixel(type));
-  RequireData(file, frame.dataStart, static_cast<int64_t>(rowBytes) * rows);
+void ReadFrame(const InputFile& file, const FitsHeader& header, FrameTable& image, RowDecoder& decoder) {
+  const int columns = static_cast<int>(header.naxis1), rows = static_cast<int>(header.naxis2);
+  const auto rowBytes = static_cast<size_t>(columns * BytesPerPixel(header.pixelType));
+  RequireData(file, header.dataStart, static_cast<int64_t>(rowBytes) * rows);
 
   constexpr size_t chunkBytes = 128 << 10;
   const int chunkRows = std::max(1, static_cast<int>(chunkBytes / rowBytes));
   std::vector<std::byte> chunk(rowBytes * static_cast<size_t>(std::min(chunkRows, rows)));
-  PixelRange range;
   for (int first = 1; first <= rows; first += chunkRows) {
     const int count = std::min(chunkRows, rows - first + 1);
     const std::span bytes(chunk.data(), rowBytes * static_cast<size_t>(count));
-    file.ReadAt(frame.dataStart + static_cast<int64_t>(rowBytes) * (first - 1), bytes);
+    file.ReadAt(header.dataStart + static_cast<int64_t>(rowBytes) * (first - 1), bytes);
     for (int r = 0; r < count; ++r)
-      DecodePixels(type, bytes.subspan(rowBytes * static_cast<size_t>(r), rowBytes),
-                   session.image.Row(first + r, 1, columns), range);
+      decoder.Decode(bytes.subspan(rowBytes * static_cast<size_t>(r), rowBytes),
+                     image.Row(first + r, 1, columns));
   }
-  session.imageMin = range.min;
-  session.imageMax = range.max;
 }
 
-void ReadSpectrum(const InputFile& file, Slot& slot, int type) {
-  const int pixels = Pixels(slot);
-  std::vector<std::byte> bytes(static_cast<size_t>(pixels * BytesPerPixel(type)));
-  RequireData(file, slot.dataStart, static_cast<int64_t>(bytes.size()));
-  file.ReadAt(slot.dataStart, bytes);
-  PixelRange range;
-  DecodePixels(type, bytes, slot.spectrum.Range(1, pixels), range);
-  slot.spectrumMin = range.min;
-  slot.spectrumMax = range.max;
+std::vector<double> ReadSpectrum(const InputFile& file, const FitsHeader& header, RowDecoder& decoder) {
+  std::vector<double> pixels(static_cast<size_t>(header.naxis1));
+  std::vector<std::byte> bytes(pixels.size() * static_cast<size_t>(BytesPerPixel(header.pixelType)));
+  RequireData(file, header.dataStart, static_cast<int64_t>(bytes.size()));
+  file.ReadAt(header.dataStart, bytes);
+  decoder.Decode(bytes, pixels);
+  return pixels;
 }
 
-// The names of a loaded file stand in the main window.
-void ShowNames(Session& session, int s) {
-  session.workflow.fileLabel[s] = session.slot[s].fileName;
-  session.workflow.objectLabel[s] = session.slot[s].objectName;
+// Says what the observer must know of how the pixels were stored.
+Warnings StorageWarnings(FitsHeader& header, const Storage& storage, int blanks) {
+  Warnings warnings;
+  const bool isDao = storage.type == pixel_types::dao;
+  if (isDao && (header.bzero != 0 || (header.bscale != 0 && header.bscale != 1)))
+    warnings.push_back("BSCALE and BZERO are not applied to the pixels of a DAO frame.");
+  if (blanks == 0)
+    return warnings;
+  const std::string count = Count(blanks, "pixel");
+  warnings.push_back(count + (blanks == 1 ? " has" : " have") +
+                     " no value (BLANK = " + GeneralText(*BlankOf(header)) +
+                     "): filled with the mean of the nearest pixels of the row.");
+  if (header.cardCount < lastCard)
+    AppendCard(header, "HISTORY  Halmek filled " + count + " without value from their row");
+  return warnings;
 }
 
-void DisableFrameSteps(Workflow& workflow) {
-  workflow.trimEnabled = workflow.fixColumnEnabled = workflow.sliceEnabled = workflow.fixTraceEnabled = false;
-}
-
-// Until the pixels are in, the new header does not describe them.
-void DisableSteps(Workflow& workflow, int slot) {
-  if (slot == slots::object)
-    workflow.correctEnabled = workflow.saveObjectEnabled = false;
-  else
-    workflow.arc[slot].plotEnabled = false;
+// The slot goes by the header and the name of a file that was loaded, and the main window shows them.
+void TakeFile(Session& session, int s, FitsHeader header, const std::string& file) {
+  Slot& slot = session.slot[s];
+  static_cast<FitsHeader&>(slot) = std::move(header);
+  slot.fileName = LeafName(file);
+  slot.loadedFile = FullName(session, file);
+  slot.savedFile.clear();
+  session.workflow.fileLabel[s] = slot.fileName;
+  session.workflow.objectLabel[s] = slot.objectName;
 }
 
 void StartOverArc(Session& session, int a) {
@@ -180,69 +245,64 @@ void StartOverArc(Session& session, int a) {
 Warnings LoadFits2D(Session& session, const std::string& file) {
   if (file.empty() || session.dataFolder.empty())
     return {};
-  Slot& frame = session.slot[slots::frame];
-  frame.fileName = LeafName(file);
   const InputFile input(FullName(session, file));
-  const HeaderText header = ReadHeader(input);
+  FitsHeader header = ReadHeader(input);
+  RequireSupportedType(header, session.daoFrame);
+  ReadObjectName(header);
+  TakeSize(header.naxis1, header, header.naxis1Card, "NAXIS1", FrameTable::lastColumn);
+  TakeSize(header.naxis2, header, header.naxis2Card, "NAXIS2", FrameTable::lastRow);
 
-  DropFrameState(session);
-  DisableFrameSteps(session.workflow);
-  session.frameTrimmed = false;
-  frame.isWhole = false;
-  ReplaceHeader(frame, header.text, header.cardCount);
-  RequireSupportedType(frame, session.daoFrame);
-  session.frameTrimmed = frame.overscanCard != 0 || frame.trimCard != 0;
-  ReadObjectName(frame);
-  RequirePixels(frame, frame.naxis1, frame.naxis1Card, "NAXIS1");
-  RequirePixels(frame, frame.naxis2, frame.naxis2Card, "NAXIS2");
+  const Storage storage = StorageOf(header, session.daoFrame);
+  RowDecoder decoder(storage);
+  ReadFrame(input, header, session.nextImage, decoder);
+  Warnings warnings = StorageWarnings(header, storage, decoder.blanks());
 
-  const int type = DecodedType(frame, session.daoFrame);
-  ReadFrame(input, session, type);
+  std::swap(session.image, session.nextImage);
+  session.imageMin = decoder.range().min;
+  session.imageMax = decoder.range().max;
+  TakeFile(session, slots::frame, std::move(header), file);
   session.daoFrame = false;
-
+  DropFrameState(session);
+  const Slot& frame = session.slot[slots::frame];
+  session.frameTrimmed = frame.overscanCard != 0 || frame.trimCard != 0;
   Workflow& workflow = session.workflow;
   workflow.title = PlotCaption("Halmek.  File:  ", frame.fileName, frame.objectName);
   workflow.trimEnabled = !session.frameTrimmed;
   workflow.fixColumnEnabled = workflow.fixTraceEnabled = workflow.sliceEnabled = true;
   ClearFrameStatus(workflow);
-  frame.isWhole = true;
-  frame.dataName = frame.fileName;
-  frame.loadedFile = FullName(session, file);
-  ShowNames(session, slots::frame);
-  return ScalingWarnings(frame, type);
+  return warnings;
 }
 
 Warnings LoadFits1D(Session& session, int s, const std::string& file) {
   if (file.empty() || session.dataFolder.empty())
     return {};
-  Slot& slot = session.slot[s];
-  slot.fileName = LeafName(file);
   const InputFile input(FullName(session, file));
-  const HeaderText header = ReadHeader(input);
+  FitsHeader header = ReadHeader(input);
+  RequireSupportedType(header, false);
+  if (header.naxis2 > 1)
+    throw Refusal("Hey, this is not a 1-D file!  Please try again.",
+                  "NAXIS2 is " + GeneralText(header.naxis2));
+  ReadObjectName(header);
+  TakeSize(header.naxis1, header, header.naxis1Card, "NAXIS1", lastPixel);
 
-  DisableSteps(session.workflow, s);
-  slot.isWhole = false;
-  ReplaceHeader(slot, header.text, header.cardCount);
-  RequireSupportedType(slot, false);
-  if (slot.naxis2 > 1)
-    throw Refusal("Hey, this is not a 1-D file!  Please try again.", "NAXIS2 is " + GeneralText(slot.naxis2));
-  ReadObjectName(slot);
-  RequirePixels(slot, slot.naxis1, slot.naxis1Card, "NAXIS1");
+  const Storage storage = StorageOf(header, false);
+  RowDecoder decoder(storage);
+  const std::vector<double> pixels = ReadSpectrum(input, header, decoder);
+  Warnings warnings = StorageWarnings(header, storage, decoder.blanks());
 
-  const int type = DecodedType(slot, false);
-  ReadSpectrum(input, slot, type);
-
+  Slot& slot = session.slot[s];
+  std::copy(pixels.begin(), pixels.end(), slot.spectrum.Range(1, static_cast<int>(pixels.size())).begin());
+  slot.spectrumMin = decoder.range().min;
+  slot.spectrumMax = decoder.range().max;
+  TakeFile(session, s, std::move(header), file);
   if (s == slots::object) {
     session.workflow.correctEnabled = true;
+    session.workflow.saveObjectEnabled = false;
     session.workflow.correctionStatus.clear();
   } else {
     StartOverArc(session, s);
   }
-  slot.isWhole = true;
-  slot.dataName = slot.fileName;
-  slot.loadedFile = FullName(session, file);
-  ShowNames(session, s);
-  return ScalingWarnings(slot, type);
+  return warnings;
 }
 
 }  // namespace halmek

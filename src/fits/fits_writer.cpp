@@ -2,10 +2,11 @@
 #include "fits/fits_writer.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
+#include <utility>
+#include <vector>
 
-#include "files/atomic_write.h"
+#include "app/output.h"
 #include "fits/header.h"
 #include "fits/pixel_codec.h"
 #include "plot/number_text.h"
@@ -33,55 +34,56 @@ const TypeTexts& TextsOf(int type) {
   return *found;
 }
 
-// 16-bit pixels whose header has another BZERO than their type would read back offset.
-bool NeedsZeroCard(const FitsHeader& header, int type) {
-  if (type == pixel_types::unsigned16)
-    return header.bzero != 32768;
-  return type == pixel_types::signed16 && std::fabs(header.bzero) >= 0.00001;
+// The header's own card where it says the value in the fixed format that mandatory cards have, and otherwise
+// one of ours.
+std::string FixedCard(const FitsHeader& header, const std::string& keyword, const std::string& value,
+                      const std::string& comment) {
+  const std::string start = NumberCard(keyword, value, "");
+  for (const std::string& card : CardsOf(header))
+    if (card.starts_with(start) && (card.size() == start.size() || card[start.size()] == ' '))
+      return card;
+  return NumberCard(keyword, value, " / " + comment);
 }
 
-void SetZero(FitsHeader& header, int type) {
-  const bool isOffset = type == pixel_types::unsigned16;
-  const std::string card = isOffset ? NumberCard("BZERO", "32768.", " / Actual = BSCALE*file + BZERO")
-                                    : NumberCard("BZERO", "0", " / ");
-  if (header.bzeroCard != 0)
-    header.card(header.bzeroCard) = card;
-  else if (isOffset)
-    header.bzeroCard = AppendCard(header, card);
-  header.bzero = isOffset ? 32768 : 0;
+// NAXIS, and NAXIS1 to NAXIS999.
+bool IsSizeKeyword(const std::string& keyword) {
+  return keyword.starts_with("NAXIS") && keyword.find_first_not_of("0123456789", 5) == std::string::npos;
 }
 
-// A HISTORY card for a change of type, and the BZERO card that type 17 needs.
-int CardsToAdd(const FitsHeader& header, int type) {
-  const bool addsZero = type == pixel_types::unsigned16 && header.bzeroCard == 0;
-  return (type != header.pixelType ? 1 : 0) + (addsZero ? 1 : 0);
+// Cards that say how data are stored or what they sum up to: those of the file that is written say it anew.
+bool SpeaksOfStorage(const std::string& keyword) {
+  constexpr std::string_view keywords[] = {"SIMPLE", "BITPIX", "BSCALE",   "BZERO",   "BLANK",   "GROUPS",
+                                           "PCOUNT", "GCOUNT", "XTENSION", "DATASUM", "CHECKSUM"};
+  return IsSizeKeyword(keyword) ||
+         std::find(std::begin(keywords), std::end(keywords), keyword) != std::end(keywords);
 }
 
-// Makes the header describe data of that type. `label` is the text between "changed " and "data type".
-void SetType(FitsHeader& header, int type, std::string_view label) {
+// Makes the header describe data of that type and those axes, by cards that stand first and once, as FITS 4.0
+// (4.4.1) has them. `label` is the text between "changed " and "data type".
+void Describe(FitsHeader& header, int type, const std::vector<int>& axes, std::string_view label) {
   const TypeTexts& texts = TextsOf(type);
   if (header.bitpixCard == 0)
     throw Refusal("This header has no BITPIX card, so that it cannot be saved.  Please load the file again.");
-  RequireRoomForCards(header, CardsToAdd(header, type));
-  const bool changes = type != header.pixelType;
-
-  if (header.naxis3 > 1 && header.naxis3Card != 0) {
-    header.naxis3 = 1;
-    header.card(header.naxis3Card) = NumberCard("NAXIS3", "1", " /  ");
+  std::vector<std::string> cards{FixedCard(header, "SIMPLE", "T", "conforms to the FITS standard"),
+                                 FixedCard(header, "BITPIX", std::string(texts.bitpix), "bits per pixel"),
+                                 FixedCard(header, "NAXIS", std::to_string(axes.size()), "number of axes")};
+  for (size_t k = 0; k < axes.size(); ++k) {
+    const std::string number = std::to_string(k + 1);
+    cards.push_back(FixedCard(header, "NAXIS" + number, std::to_string(axes[k]), "length of axis " + number));
   }
-  if (changes) {
-    header.card(header.bitpixCard) = NumberCard("BITPIX", texts.bitpix, " / bits per pixel");
-    header.bitpix = type == pixel_types::unsigned16 ? 16 : type;
-    AppendCard(header,
-               "HISTORY  Halmek changed " + std::string(label) + "data type to " + std::string(texts.name));
-  }
-  if (changes || NeedsZeroCard(header, type))
-    SetZero(header, type);
-
-  PadCards(header);
-  header.pixelType = type;
-  header.headerLength = header.cardCount * cardLength + 3;
-  header.dataStart = DataStart(header.cardCount);
+  if (type == pixel_types::unsigned16)
+    cards.push_back(FixedCard(header, "BZERO", "32768.", "Actual = BSCALE*file + BZERO"));
+  for (const std::string& card : CardsOf(header))
+    if (!SpeaksOfStorage(PartsOf(card).keyword))
+      cards.push_back(card);
+  if (type != header.pixelType)
+    cards.push_back("HISTORY  Halmek changed " + std::string(label) + "data type to " +
+                    std::string(texts.name));
+  // By its HISTORY a file is known as one of ours. Without room for it, it is taken for another's.
+  const auto isOurs = [](const std::string& card) { return IsOwnHistory(card); };
+  if (std::none_of(cards.begin(), cards.end(), isOurs) && cards.size() < lastCard)
+    cards.emplace_back("HISTORY  Halmek saved this file");
+  SetCards(header, cards);
 }
 
 void RefuseReal64(int type) {
@@ -89,14 +91,25 @@ void RefuseReal64(int type) {
     throw Refusal("Sorry; saving to 64-bit is not available at this time.  Try 32-bit real.");
 }
 
-// Header and data behind each other; the data are padded with blanks, by a whole record where they fill one.
+// Writes the file, whose header and name are the slot's then.
+Warnings Write(Session& session, int s, FitsHeader header, const Output& output, const EncodedFits& encoded) {
+  Warnings warnings = WriteOutput(session, output, encoded.bytes);
+  Slot& slot = session.slot[s];
+  static_cast<FitsHeader&>(slot) = std::move(header);
+  slot.fileName = LeafName(output.file);
+  slot.savedFile = FullName(session, output.file);
+  warnings.insert(warnings.end(), encoded.warnings.begin(), encoded.warnings.end());
+  return warnings;
+}
+
+// Header and data behind each other, each a whole number of records; zeros fill the last one of the data.
 class FileBytes {
  public:
   FileBytes(const FitsHeader& header, int64_t pixels)
       : bytes_(HeaderBytes(header)), type_(header.pixelType), at_(bytes_.size()) {
     const int64_t dataBytes = pixels * BytesPerPixel(type_);
-    const int64_t padded = (dataBytes / recordLength + 1) * recordLength;
-    bytes_.resize(at_ + static_cast<size_t>(padded), ' ');
+    const int64_t records = (dataBytes + recordLength - 1) / recordLength;
+    bytes_.resize(at_ + static_cast<size_t>(records * recordLength), '\0');
   }
 
   void Append(std::span<const double> values) {
@@ -134,52 +147,46 @@ class FileBytes {
   double smallest_ = std::numeric_limits<double>::max(), largest_ = std::numeric_limits<double>::lowest();
 };
 
-void WriteAndRemember(Session& session, const std::string& file, const std::string& bytes) {
-  const std::string path = FullName(session, file);
-  AtomicWrite(path, bytes, session.fileOperations);
-  session.writtenFiles.push_back(path);
-}
-
 }  // namespace
 
-Warnings SaveFits2D(Session& session, const std::string& file) {
-  Slot& frame = session.slot[slots::frame];
-  const int columns = Columns(session), rows = Rows(session);
-  SetType(frame, frame.savePixelType, "");
-  frame.fileName = LeafName(file);
-  RefuseReal64(frame.savePixelType);
-
-  FileBytes data(frame, static_cast<int64_t>(columns) * rows);
+EncodedFits EncodeFrame(const FitsHeader& header, const FrameTable& image, int columns, int rows) {
+  FileBytes data(header, static_cast<int64_t>(columns) * rows);
   for (int r = 1; r <= rows; ++r)
-    data.Append(session.image.Row(r, 1, columns));
-  WriteAndRemember(session, file, data.bytes());
-  session.workflow.title = PlotCaption("Halmek.  File:  ", frame.fileName, frame.objectName);
-  return data.warnings();
+    data.Append(image.Row(r, 1, columns));
+  return {data.bytes(), data.warnings()};
 }
 
-Warnings SaveFits1D(Session& session, int s, const std::string& file) {
-  Slot& slot = session.slot[s];
-  if (s == slots::spectrum) {
-    FitsHeader header = session.crunchHeader;
-    header.naxis2 = 1;
-    if (header.naxis2Card != 0)
-      header.card(header.naxis2Card) = NumberCard("NAXIS2", "1", " /");
-    RequireRoomForCards(header, CardsToAdd(header, slot.savePixelType));
-    static_cast<FitsHeader&>(slot) = std::move(header);
-  }
-  const int pixels = Pixels(slot);
-  SetType(slot, slot.savePixelType, "1-D ");
-  slot.fileName = LeafName(file);
-  RefuseReal64(slot.savePixelType);
+Warnings SaveFits2D(Session& session, const std::string& file, bool mayReplace) {
+  Slot& frame = session.slot[slots::frame];
+  const int columns = Columns(session), rows = Rows(session);
+  RefuseReal64(frame.savePixelType);
+  FitsHeader header = frame;
+  Describe(header, frame.savePixelType, {columns, rows}, "");
+  const EncodedFits encoded = EncodeFrame(header, session.image, columns, rows);
+  Warnings warnings =
+      Write(session, slots::frame, std::move(header), {file, FileKind::fits, mayReplace}, encoded);
+  session.workflow.title = PlotCaption("Halmek.  File:  ", frame.fileName, frame.objectName);
+  return warnings;
+}
 
+Warnings SaveFits1D(Session& session, int s, const std::string& file, bool mayReplace) {
+  const Slot& slot = session.slot[s];
+  const int type = slot.savePixelType, pixels = Pixels(slot);
+  RefuseReal64(type);
   const std::span<const double> values = slot.spectrum.Range(1, pixels);
-  if (slot.pixelType == pixel_types::signed16 &&
+  if (type == pixel_types::signed16 &&
       std::any_of(values.begin(), values.end(), [](double v) { return v > 65535; }))
     throw Refusal("Pixel value > 65535.  Save as 32-bit int or 32-bit real.");
-  FileBytes data(slot, pixels);
+
+  FitsHeader header = s == slots::spectrum ? session.crunchHeader : static_cast<const FitsHeader&>(slot);
+  std::vector<int> axes{pixels};
+  if (header.naxis > 1)
+    axes.push_back(1);
+  Describe(header, type, axes, "1-D ");
+  FileBytes data(header, pixels);
   data.Append(values);
-  WriteAndRemember(session, file, data.bytes());
-  return data.warnings();
+  return Write(session, s, std::move(header), {file, FileKind::fits, mayReplace},
+               {data.bytes(), data.warnings()});
 }
 
 }  // namespace halmek

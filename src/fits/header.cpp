@@ -2,6 +2,7 @@
 #include "fits/header.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "numeric/number_prefix.h"
 
@@ -35,12 +36,11 @@ void TakeCardsApart(FitsHeader& header, std::string_view text, int cardCount) {
   header.cardCount = cardCount;
   for (int k = 1; k <= cardCount; ++k) {
     const std::string_view card = text.substr(static_cast<size_t>((k - 1) * cardLength), cardLength);
-    const std::string_view rest = card.substr(keywordLength + 1);
-    const size_t slash = std::min(rest.find('/'), rest.size());
+    CardParts parts = PartsOf(card);
     header.card(k) = card;
-    header.cardKeyword(k) = TrimmedRight(card.substr(0, keywordLength));
-    header.cardValue(k) = Trimmed(rest.substr(0, slash));
-    header.cardComment(k) = rest.substr(slash);
+    header.cardKeyword(k) = std::move(parts.keyword);
+    header.cardValue(k) = std::move(parts.value);
+    header.cardComment(k) = std::move(parts.comment);
   }
 }
 
@@ -93,6 +93,11 @@ void ReadObjectName(FitsHeader& header) {
   header.objectName = quoted.substr(1, quoted.size() - 2);
 }
 
+std::optional<double> BlankOf(const FitsHeader& header) {
+  const int card = FindCard(header, "BLANK");
+  return card == 0 ? std::nullopt : std::optional(NumericPrefix(header.cardValue(card)));
+}
+
 void RequireRoomForCards(const FitsHeader& header, int count) {
   if (header.cardCount + count > lastCard)
     throw RunTimeError(run_time_error::subscript, "the header has " + std::to_string(header.cardCount) +
@@ -117,16 +122,40 @@ std::string NumberCard(std::string_view keyword, std::string_view value, std::st
   return card;
 }
 
-void PadCards(FitsHeader& header) {
-  for (int k = 1; k <= header.cardCount; ++k)
-    header.card(k).resize(cardLength, ' ');
+std::vector<std::string> CardsOf(const FitsHeader& header) {
+  const auto cards = header.card.Range(1, header.cardCount);
+  return {cards.begin(), cards.end()};
+}
+
+void SetCards(FitsHeader& header, const std::vector<std::string>& cards) {
+  const int count = static_cast<int>(cards.size());
+  if (count > lastCard)
+    throw RunTimeError(run_time_error::subscript, "the header would have " + std::to_string(count) +
+                                                      " cards; at most " + std::to_string(lastCard) + " fit");
+  std::string text;
+  for (std::string card : cards) {
+    card.resize(cardLength, ' ');
+    text += card;
+  }
+  const std::string objectName = header.objectName;
+  ReplaceHeader(header, text, count);
+  header.objectName = objectName;
+}
+
+CardParts PartsOf(std::string_view card) {
+  const std::string_view rest = card.substr(std::min<size_t>(keywordLength + 1, card.size()));
+  const size_t slash = std::min(rest.find('/'), rest.size());
+  return {TrimmedRight(card.substr(0, keywordLength)), Trimmed(rest.substr(0, slash)),
+          TrimmedRight(rest.substr(slash))};
 }
 
 std::string HeaderBytes(const FitsHeader& header) {
   std::string bytes;
   bytes.reserve(static_cast<size_t>(DataStart(header.cardCount)));
-  for (int k = 1; k <= header.cardCount; ++k)
+  for (int k = 1; k <= header.cardCount; ++k) {
     bytes += header.card(k);
+    bytes.resize(static_cast<size_t>(k * cardLength), ' ');
+  }
   bytes += "END";
   bytes.resize(static_cast<size_t>(DataStart(header.cardCount)), ' ');
   return bytes;

@@ -1,8 +1,10 @@
 // Header cards: finding, taking apart, appending and writing them.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/session.h"
 
@@ -24,6 +26,9 @@ void ReplaceHeader(FitsHeader& header, std::string_view text, int cardCount);
 // take off.
 void ReadObjectName(FitsHeader& header);
 
+// The stored whole number that BLANK says to be no value; nothing where there is no such card.
+std::optional<double> BlankOf(const FitsHeader& header);
+
 // Throws RunTimeError 9 unless `count` more cards fit.
 void RequireRoomForCards(const FitsHeader& header, int count);
 
@@ -33,10 +38,21 @@ int AppendCard(FitsHeader& header, std::string text);
 // A card whose value, a number as text, ends in column 30, as the fixed format wants it.
 std::string NumberCard(std::string_view keyword, std::string_view value, std::string_view rest);
 
-// Makes every card exactly 80 characters: longer ones are cut, shorter ones get blanks.
-void PadCards(FitsHeader& header);
+// The cards 1..cardCount, in order.
+std::vector<std::string> CardsOf(const FitsHeader& header);
 
-// The cards, END, and blanks up to the data area. The cards must be padded.
+// Replaces all cards, cut or filled with blanks to 80 characters, and all that the header says but for the
+// object's name. Throws RunTimeError 9 for more than 200.
+void SetCards(FitsHeader& header, const std::vector<std::string>& cards);
+
+// What stands in a card: its keyword, its value (a text in its quotes) and what follows from the slash on,
+// each without blanks around it. Every part may be empty.
+struct CardParts {
+  std::string keyword, value, comment;
+};
+CardParts PartsOf(std::string_view card);
+
+// The cards, END, and blanks up to the data area.
 std::string HeaderBytes(const FitsHeader& header);
 
 }  // namespace halmek

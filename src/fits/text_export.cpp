@@ -1,7 +1,7 @@
 // Text exports.
 #include "fits/text_export.h"
 
-#include "files/atomic_write.h"
+#include "app/output.h"
 #include "plot/number_text.h"
 
 namespace halmek {
@@ -17,16 +17,15 @@ void AppendNumber(std::string& text, double value) {
   text += ' ';
 }
 
-void Write(Session& session, int s, const std::string& file, const std::string& text) {
-  const std::string path = FullName(session, file);
+Warnings Write(Session& session, int s, const std::string& file, const std::string& text, bool mayReplace) {
+  Warnings warnings = WriteOutput(session, {file, FileKind::numbers, mayReplace}, text);
   session.slot[s].textFileName = LeafName(file);
-  AtomicWrite(path, text, session.fileOperations);
-  session.writtenFiles.push_back(path);
+  return warnings;
 }
 
 }  // namespace
 
-void SaveSpectrumText(Session& session, int s, const std::string& file) {
+Warnings SaveSpectrumText(Session& session, int s, const std::string& file, bool mayReplace) {
   const Slot& slot = session.slot[s];
   std::string text;
   for (int i = 1; const double value : slot.spectrum.Range(1, Pixels(slot))) {
@@ -36,10 +35,10 @@ void SaveSpectrumText(Session& session, int s, const std::string& file) {
     AppendNumber(text, value);
     text += lineEnd;
   }
-  Write(session, s, file, text);
+  return Write(session, s, file, text, mayReplace);
 }
 
-void SaveFrameText(Session& session, const std::string& file) {
+Warnings SaveFrameText(Session& session, const std::string& file, bool mayReplace) {
   const int columns = Columns(session), rows = Rows(session);
   std::string text;
   for (int c = 1; c <= columns; ++c) {
@@ -50,7 +49,7 @@ void SaveFrameText(Session& session, const std::string& file) {
     }
     text += lineEnd;
   }
-  Write(session, slots::frame, file, text);
+  return Write(session, slots::frame, file, text, mayReplace);
 }
 
 }  // namespace halmek

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <string>
 
+#include "files/atomic_write.h"
 #include "fits/fits_writer.h"
 #include "fits/header.h"
 #include "fits/pixel_codec.h"
@@ -126,7 +127,8 @@ void TakeFrame(Session& session, const Night& night, const Star& star, const Exp
     Expose(light.Row(row), row, exposure, noise);
     ReadOut(session.image.Row(row, 1, night.options.columns), light.Row(row), night, noise);
   }
-  SaveFits2D(session, exposure.File());
+  AtomicWrite(FullName(session, exposure.File()),
+              EncodeFrame(frame, session.image, night.options.columns, night.options.rows).bytes);
 }
 
 }  // namespace halmek::night

@@ -148,6 +148,11 @@ void ReadStar(StarTruth& star, std::string_view key, std::string_view value) {
 
 }  // namespace
 
+bool IsTruth(std::string_view text) {
+  const std::string_view all = introduction;
+  return text.starts_with(all.substr(0, all.find('\n')));
+}
+
 std::string TruthText(const Night& night) {
   Writer w;
   w.Section("night");

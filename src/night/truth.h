@@ -14,6 +14,9 @@ inline constexpr const char* truthFile = "truth.txt";
 // Sections in brackets, with lines of `key = value`.
 std::string TruthText(const Night& night);
 
+// Whether a text begins as ours do.
+bool IsTruth(std::string_view text);
+
 // What a check of a reduction needs to know of it.
 struct StarTruth {
   std::string name;     // of the star's file, without extension, and of its recipe

@@ -4,9 +4,12 @@
 #include <filesystem>
 #include <memory>
 #include <system_error>
+#include <vector>
 
 #include "app/session.h"
 #include "files/atomic_write.h"
+#include "files/input_file.h"
+#include "files/known_file.h"
 #include "night/frame.h"
 #include "night/lamp_lines.h"
 #include "night/light.h"
@@ -26,7 +29,7 @@ std::string WavelengthTableText() {
 }
 
 std::string MaskText(const Night& night) {
-  std::string text = "Mask data for line identification.  Peak column; tabular wavelength (Angstroms).\r\n";
+  std::string text = std::string(first_lines::mask) + "\r\n";
   for (const MaskEntry& entry : night.mask)
     text += " " + GeneralText(entry.column) + "  " + GeneralText(entry.wavelength) + " \r\n";
   return text;
@@ -43,6 +46,24 @@ void TakeFrames(Session& session, const Night& night, const Star& star) {
   TakeFrame(session, night, star, star.before, LampLight(night, star.before));
   TakeFrame(session, night, star, star.exposure, StarLight(night, star));
   TakeFrame(session, night, star, star.after, LampLight(night, star.after));
+}
+
+// Throws Refusal where the folder holds files that the night would replace, unless they are an earlier
+// night's.
+void RequireFree(const Night& night, const std::string& folder) {
+  const auto isThere = [&](const std::string& file) {
+    std::error_code ignored;
+    return std::filesystem::exists(std::filesystem::path(folder) / file, ignored);
+  };
+  if (isThere(truthFile) && IsTruth(ReadWholeFile((std::filesystem::path(folder) / truthFile).string())))
+    return;
+  std::vector<std::string> files{"arc.recipe", "night.recipe", "WL_Table.txt", "mask.dat", truthFile};
+  for (const Star& star : night.stars)
+    files.insert(files.end(), {star.before.File(), star.exposure.File(), star.after.File(),
+                               star.exposure.name + ".recipe"});
+  for (const std::string& file : files)
+    if (isThere(file))
+      throw Refusal("This would replace " + file + ", which is of no sample night.  Give another folder.");
 }
 
 std::string Summary(const Night& night, const std::string& folder) {
@@ -67,6 +88,7 @@ std::string Summary(const Night& night, const std::string& folder) {
 
 std::string WriteNight(const Night& night, const std::string& folder) {
   MakeFolder(folder);
+  RequireFree(night, folder);
   const auto session = std::make_unique<Session>();
   session->dataFolder = folder;
   const auto write = [&](const std::string& file, const std::string& text) {

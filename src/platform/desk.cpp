@@ -2,12 +2,14 @@
 #include "platform/desk.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <new>
-#include <optional>
+#include <utility>
 
 #include "platform/accessible.h"
 #include "steps/perform.h"
 #include "steps/step_text.h"
+#include "steps/unsaved_work.h"
 
 namespace halmek {
 namespace {
@@ -42,6 +44,78 @@ Desk::Desk(Session& session, Platform& platform)
 }
 
 bool Desk::Do(QWidget* over, const std::vector<Step>& steps) {
+  const auto allowed = Allowed(over, steps);
+  return allowed && DoAllowed(over, *allowed);
+}
+
+std::optional<std::vector<Step>> Desk::Allowed(QWidget* over, std::vector<Step> steps) {
+  std::filesystem::path folder = session_.dataFolder;
+  for (Step& step : steps) {
+    if (const auto* const change = std::get_if<steps::Folder>(&step))
+      folder /= change->directory;
+    if (!MayLose(over, LostBy(session_, step), "Discard It"))
+      return std::nullopt;
+    const auto kind = WrittenBy(step);
+    if (!kind)
+      continue;
+    const auto needsLeave = MayReplace(over, (folder / FileOf(step)).string(), *kind);
+    if (!needsLeave)
+      return std::nullopt;
+    if (*needsLeave)
+      AllowReplacing(step);
+  }
+  return steps;
+}
+
+std::optional<bool> Desk::MayReplace(QWidget* over, const std::string& file, FileKind kind) {
+  const auto replaced = WouldReplace(session_, file, kind);
+  if (!replaced)
+    return false;
+  std::string detail = "it is " + replaced->what + ".";
+  if (!replaced->isFree)
+    detail += " What it holds would be lost.";
+  if (replaced->isLinked)
+    detail += " It has another name (a hard link), which will keep what it holds.";
+  // Return replaces our own, and spares what is another's.
+  const size_t usual = replaced->isFree ? 0 : 1;
+  if (platform_.Ask(over, {"Replace " + LeafName(file) + "?", detail, {"Replace", "Cancel"}, usual}) != 0)
+    return std::nullopt;
+  return !replaced->isFree;
+}
+
+bool Desk::MayLose(QWidget* over, const std::vector<std::string>& work, const std::string& answer) {
+  if (work.empty())
+    return true;
+  std::string list;
+  for (const std::string& piece : work)
+    list += (list.empty() ? "" : "\n") + piece;
+  return platform_.Ask(over, {"This is not saved and would be lost:", list, {answer, "Cancel"}, 1}) == 0;
+}
+
+std::optional<Output> Desk::FileToSave(QWidget* over, const FileQuestion& question,
+                                       FileKind (*kindOf)(const std::string& file)) {
+  while (const auto file = platform_.FileToSave(over, question)) {
+    const FileKind kind = kindOf(*file);
+    if (const auto needsLeave = MayReplace(over, *file, kind))
+      return Output{.file = *file, .kind = kind, .mayReplace = *needsLeave};
+  }
+  return std::nullopt;
+}
+
+void Desk::KeepJournal(JournalFile& journal) {
+  session_.keepJournal = [this, &journal, isBroken = false](const std::string& line) mutable {
+    if (isBroken)
+      return;
+    if (auto failure = FailureOf([&] { journal.Append(line); })) {
+      isBroken = true;
+      journalTrouble_ =
+          Message{failure->text, "the journal that would outlive a crash is not kept: " +
+                                     (failure->detail.empty() ? journal.path() : failure->detail)};
+    }
+  };
+}
+
+bool Desk::DoAllowed(QWidget* over, const std::vector<Step>& steps) {
   Warnings warnings;
   std::optional<Message> failure;
   {
@@ -61,6 +135,8 @@ bool Desk::Do(QWidget* over, const std::vector<Step>& steps) {
     platform_.Show(over, *failure);
   if (!warnings.empty())
     Tell(over, Joined(warnings));
+  if (const auto trouble = std::exchange(journalTrouble_, std::nullopt))
+    platform_.Show(over, *trouble);
   return !failure;
 }
 

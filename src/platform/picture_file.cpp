@@ -11,7 +11,6 @@
 #include <cctype>
 #include <filesystem>
 
-#include "files/atomic_write.h"
 #include "files/failure.h"
 #include "platform/painting.h"
 #include "platform/text.h"
@@ -84,20 +83,29 @@ std::string PdfOf(const Drawing& drawing) {
   return bytes.toStdString();
 }
 
-}  // namespace
-
-void SavePicture(const Drawing& drawing, const std::string& file, const FileOperations& system) {
+// In small letters.
+std::string EndingOf(const std::string& file) {
   std::string ending = std::filesystem::path(file).extension().string();
   std::transform(ending.begin(), ending.end(), ending.begin(),
                  [](char c) { return static_cast<char>(std::tolower(static_cast<unsigned char>(c))); });
+  return ending;
+}
+
+}  // namespace
+
+std::string PictureBytes(const Drawing& drawing, const std::string& file) {
+  const std::string ending = EndingOf(file);
   if (ending == ".png")
-    AtomicWrite(file, PngOf(drawing), system);
-  else if (ending == ".svg")
-    AtomicWrite(file, SvgOf(drawing), system);
-  else if (ending == ".pdf")
-    AtomicWrite(file, PdfOf(drawing), system);
-  else
-    throw Refusal("Sorry, a picture's name must end in .png, .svg or .pdf.  Please try again.");
+    return PngOf(drawing);
+  if (ending == ".svg")
+    return SvgOf(drawing);
+  if (ending == ".pdf")
+    return PdfOf(drawing);
+  throw Refusal("Sorry, a picture's name must end in .png, .svg or .pdf.  Please try again.");
+}
+
+FileKind KindOfPicture(const std::string& file) {
+  return EndingOf(file) == ".svg" ? FileKind::plot : FileKind::picture;
 }
 
 }  // namespace halmek

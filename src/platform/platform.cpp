@@ -5,7 +5,10 @@
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QPushButton>
+#include <algorithm>
 
+#include "files/text_records.h"
 #include "platform/placement.h"
 #include "platform/text.h"
 
@@ -15,7 +18,9 @@ namespace {
 // As much of a text as one reads in a box.
 QString Readable(const std::string& text) {
   constexpr int longest = 1000;
-  const QString shown = Shown(text);
+  QString shown;
+  for (const std::string_view line : Lines(text))
+    shown += (shown.isEmpty() ? "" : "\n") + Shown(line);
   return shown.size() <= longest ? shown : shown.left(longest) + " ...";
 }
 
@@ -28,9 +33,20 @@ QString Sentence(const std::string& detail) {
   return text.endsWith('.') ? text : text + '.';
 }
 
-std::optional<std::string> Ask(QWidget* over, const FileQuestion& question, QFileDialog::AcceptMode mode) {
+// A message box without its buttons.
+void Fill(QMessageBox& box, const std::string& text, const std::string& detail, QMessageBox::Icon icon) {
+  box.setWindowTitle("Halmek");
+  box.setTextFormat(Qt::PlainText);
+  box.setIcon(icon);
+  box.setText(Readable(text));
+  box.setInformativeText(Sentence(detail));
+}
+
+std::optional<std::string> AskForFile(QWidget* over, const FileQuestion& question,
+                                      QFileDialog::AcceptMode mode) {
   QFileDialog dialog(over, Shown(question.title), QFile::decodeName(question.folder.c_str()));
   dialog.setAcceptMode(mode);
+  dialog.setOption(QFileDialog::DontConfirmOverwrite);
   dialog.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
   QStringList filters;
   for (const std::string& pattern : question.patterns)
@@ -54,13 +70,28 @@ std::optional<std::string> Ask(QWidget* over, const FileQuestion& question, QFil
 
 void QtPlatform::Show(QWidget* over, const Message& message) {
   QMessageBox box(over);
-  box.setWindowTitle("Halmek");
-  box.setTextFormat(Qt::PlainText);
-  box.setIcon(QMessageBox::Information);
-  box.setText(Readable(message.text));
-  box.setInformativeText(Sentence(message.detail));
+  Fill(box, message.text, message.detail, QMessageBox::Information);
   box.setStandardButtons(QMessageBox::Ok);
   box.exec();
+}
+
+size_t QtPlatform::Ask(QWidget* over, const Question& question) {
+  QMessageBox box(over);
+  Fill(box, question.text, question.detail, QMessageBox::Question);
+  std::vector<QAbstractButton*> buttons;
+  for (size_t i = 0; i < question.answers.size(); ++i) {
+    const bool isLast = i + 1 == question.answers.size();
+    QPushButton* const button =
+        box.addButton(Shown(question.answers[i]), isLast ? QMessageBox::RejectRole : QMessageBox::AcceptRole);
+    buttons.push_back(button);
+    if (i == question.usual)
+      box.setDefaultButton(button);
+    if (isLast)
+      box.setEscapeButton(button);
+  }
+  box.exec();
+  const auto clicked = std::find(buttons.begin(), buttons.end(), box.clickedButton());
+  return std::min(static_cast<size_t>(clicked - buttons.begin()), buttons.size() - 1);
 }
 
 void QtPlatform::SetBusy(QWidget* window, bool busy) {
@@ -71,11 +102,11 @@ void QtPlatform::SetBusy(QWidget* window, bool busy) {
 }
 
 std::optional<std::string> QtPlatform::FileToOpen(QWidget* over, const FileQuestion& question) {
-  return Ask(over, question, QFileDialog::AcceptOpen);
+  return AskForFile(over, question, QFileDialog::AcceptOpen);
 }
 
 std::optional<std::string> QtPlatform::FileToSave(QWidget* over, const FileQuestion& question) {
-  return Ask(over, question, QFileDialog::AcceptSave);
+  return AskForFile(over, question, QFileDialog::AcceptSave);
 }
 
 bool QtPlatform::SetUpPrinter(QWidget* over, QPrinter& printer) {

@@ -2,6 +2,7 @@
 // answer in its place.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -14,6 +15,14 @@ namespace halmek {
 // A message box: its text, and a detail in smaller print, which may be empty.
 struct Message {
   std::string text, detail;
+};
+
+// A question with a button for each answer. `usual` is the one that Return presses; the last is that of
+// somebody who closes the box.
+struct Question {
+  std::string text, detail;
+  std::vector<std::string> answers;
+  size_t usual = 0;
 };
 
 // The detail of a failure, with the file that it is about.
@@ -34,10 +43,14 @@ class Platform {
   // Shows a modal box with an OK button over a window and returns when it is closed.
   virtual void Show(QWidget* over, const Message& message) = 0;
 
+  // Asks in a modal box and returns the index of the answer.
+  virtual size_t Ask(QWidget* over, const Question& question) = 0;
+
   // The busy pointer on a window, or the arrow again.
   virtual void SetBusy(QWidget* window, bool busy) = 0;
 
-  // The full name of a file that the user chooses; nothing where the dialog is cancelled.
+  // The full name of a file that the user chooses; nothing where the dialog is cancelled. That a file to save
+  // exists is not asked about.
   virtual std::optional<std::string> FileToOpen(QWidget* over, const FileQuestion& question) = 0;
   virtual std::optional<std::string> FileToSave(QWidget* over, const FileQuestion& question) = 0;
 
@@ -49,6 +62,7 @@ class Platform {
 class QtPlatform : public Platform {
  public:
   void Show(QWidget* over, const Message& message) override;
+  size_t Ask(QWidget* over, const Question& question) override;
   void SetBusy(QWidget* window, bool busy) override;
   std::optional<std::string> FileToOpen(QWidget* over, const FileQuestion& question) override;
   std::optional<std::string> FileToSave(QWidget* over, const FileQuestion& question) override;

@@ -10,6 +10,7 @@
 
 #include "files/atomic_write.h"
 #include "files/failure.h"
+#include "files/known_file.h"
 #include "platform/platform.h"
 #include "platform/text.h"
 
@@ -165,6 +166,11 @@ std::string Printing::PrintToFile(const QString& title, const PaintPage& paint) 
   const fs::path whole = fs::absolute(chosen, noCurrentFolder);
   const std::string name = noCurrentFolder ? chosen : whole.string();
   const std::string file = isFileUsed_ ? FreeName(name) : name;
+  // The dialog has asked about a file that is there, but not said what it is.
+  if (const auto known = LookAtFile(file);
+      known && known->kind != FileKind::picture && known->kind != FileKind::other)
+    throw Refusal("This would replace a " + known->description +
+                  ".  File > Print Setup ... lets you choose another file.");
   WritePage(file, PdfPage(Current(), title, paint), system_);
   isFileUsed_ = true;
   return file;

@@ -85,12 +85,15 @@ void PlotWindow::Print() {
 }
 
 void PlotWindow::SavePictureAs() {
-  const auto file = desk_.platform().FileToSave(this, {.title = "Save Picture As",
-                                                       .folder = session().dataFolder,
-                                                       .name = PictureName() + ".png",
-                                                       .patterns = {"*.png", "*.svg", "*.pdf"}});
-  if (file && surface_->drawing())
-    desk_.TryWith(*file, this, [&] { SavePicture(*surface_->drawing(), *file, session().fileOperations); });
+  const auto output = desk_.FileToSave(this,
+                                       {.title = "Save Picture As",
+                                        .folder = session().dataFolder,
+                                        .name = PictureName() + ".png",
+                                        .patterns = {"*.png", "*.svg", "*.pdf"}},
+                                       KindOfPicture);
+  if (output && surface_->drawing())
+    desk_.TryWith(output->file, this,
+                  [&] { WriteOutput(session(), *output, PictureBytes(*surface_->drawing(), output->file)); });
 }
 
 bool PlotWindow::Open() {

@@ -181,11 +181,12 @@ class Writer {
 // What stands before the items of a drawing, and they.
 std::string Element(const Drawing& drawing, Use use) {
   const auto [width, height] = PictureSize(drawing);
-  std::string out = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" +
-                    std::to_string(width / twipsPerPixel) + "\" height=\"" +
-                    std::to_string(height / twipsPerPixel) + "\" viewBox=\"0 0 " + std::to_string(width) +
-                    ' ' + std::to_string(height) + "\" font-family=\"sans-serif\" font-size=\"" +
-                    std::to_string(pictureTextHeight) + "\">\n<title>" + Escaped(drawing.caption) +
+  std::string out = "<svg " + std::string(use == Use::file ? "class=\"halmek-plot\" " : "") +
+                    "xmlns=\"http://www.w3.org/2000/svg\" width=\"" + std::to_string(width / twipsPerPixel) +
+                    "\" height=\"" + std::to_string(height / twipsPerPixel) + "\" viewBox=\"0 0 " +
+                    std::to_string(width) + ' ' + std::to_string(height) +
+                    "\" font-family=\"sans-serif\" font-size=\"" + std::to_string(pictureTextHeight) +
+                    "\">\n<title>" + Escaped(drawing.caption) +
                     "</title>\n<rect width=\"100%\" height=\"100%\" fill=\"white\"/>\n";
   Writer writer(out, drawing, use);
   writer(Text{captionTopLeft, drawing.caption, {}});

@@ -2,32 +2,27 @@
 #include "reduce/crunch.h"
 
 #include <algorithm>
-#include <array>
-#include <ctime>
+#include <string>
+#include <utility>
 
 #include "fits/header.h"
+#include "fits/world_coordinates.h"
+#include "plot/wording.h"
 
 namespace halmek {
 namespace {
 
-std::string Today() {
-  const std::time_t now = std::time(nullptr);
-  std::tm local{};
-  localtime_r(&now, &local);
-  std::array<char, 16> text;
-  std::strftime(text.data(), text.size(), "%Y-%m-%d", &local);
-  return text.data();
-}
-
-void CopyHeader(Session& s) {
+void CopyHeader(Session& s, int firstRow, int lastRow) {
   const Slot& frame = s.slot[slots::frame];
-  Slot& spectrum = s.slot[slots::spectrum];
-  RequireRoomForCards(frame, 1);
+  FitsHeader header = frame;
+  DropRows(header);
+  AppendCard(header, "HISTORY  Halmek collapsed data from 2-D to 1-D, rows " + FromTo(firstRow, lastRow));
   s.crunchFile = DataName(frame);
   s.crunchLoad = frame.loadedFile;
-  s.crunchHeader = frame;
-  static_cast<FitsHeader&>(spectrum) = frame;
-  AppendCard(spectrum, "HISTORY:  Halmek collapsed data from 2-D to 1-D on " + Today() + ".");
+  s.crunchHeader = header;
+  Slot& spectrum = s.slot[slots::spectrum];
+  static_cast<FitsHeader&>(spectrum) = std::move(header);
+  spectrum.savedFile.clear();
 }
 
 // Adds the pixels of the row to the sums, less the background at that row.
@@ -61,7 +56,7 @@ void CrunchFrame(Session& s) {
   const int last = std::max(s.slice.apertureFirstRow, s.slice.apertureLastRow);
   if (!s.background.backgroundFitted || columns == 0 || first < 1 || last > rows)
     throw Refusal("Hey, you need to set the aperture and fit the background first!");
-  CopyHeader(s);
+  CopyHeader(s, first, last);
 
   Slot& spectrum = s.slot[slots::spectrum];
   const std::span<double> sums = spectrum.spectrum.Range(1, columns);

@@ -2,9 +2,12 @@
 #include "reduce/trim.h"
 
 #include <algorithm>
+#include <array>
+#include <utility>
 
 #include "files/whole_number.h"
 #include "fits/header.h"
+#include "fits/world_coordinates.h"
 
 namespace halmek {
 namespace {
@@ -23,11 +26,6 @@ void CheckCorners(const Session& s) {
     throw Refusal("Row 2 value must be > Row 1 value.  Please try again.");
   if (s.trimRow2 > rows)
     throw Refusal("Row 2 value must be <= NAXIS2.  Please try again.");
-}
-
-// The value starts in column 27, whatever its length.
-std::string SizeCard(const char* keyword, int size) {
-  return std::string(keyword) + "  =" + std::string(17, ' ') + std::to_string(size) + "/ ";
 }
 
 std::string CornerText(int column, int row) {
@@ -49,7 +47,9 @@ void TrimTo(Session& s, int col1, int row1, int col2, int row2) {
 
 void TrimFrame(Session& s) {
   Slot& frame = s.slot[slots::frame];
-  RequireRoomForCards(frame, 2);
+  FitsHeader header = frame;
+  FollowTrim(header, s.trimCol1, s.trimRow1);
+  RequireRoomForCards(header, 2);
   const int columns = s.trimCol2 - s.trimCol1 + 1;
   const int rows = s.trimRow2 - s.trimRow1 + 1;
 
@@ -59,14 +59,15 @@ void TrimFrame(Session& s) {
     std::copy(source.begin(), source.end(), s.image.Row(r, 1, columns).begin());
   }
 
+  header.card(header.naxis1Card) = NumberCard("NAXIS1", std::to_string(columns), " / ");
+  header.card(header.naxis2Card) = NumberCard("NAXIS2", std::to_string(rows), " / ");
+  const std::string section = "Halmek snipped out section " + CornerText(s.trimCol1, s.trimRow1) + " to " +
+                              CornerText(s.trimCol2, s.trimRow2);
+  AppendCard(header, "HISTORY  " + section + " inclusive (col, row)");
+  AppendCard(header, "OVERSCAN= '" + section + "'");
+  static_cast<FitsHeader&>(frame) = std::move(header);
   frame.naxis1 = columns;
   frame.naxis2 = rows;
-  frame.card(frame.naxis1Card) = SizeCard("NAXIS1", columns);
-  frame.card(frame.naxis2Card) = SizeCard("NAXIS2", rows);
-  const std::string section = "  Halmek snipped out section " + CornerText(s.trimCol1, s.trimRow1) + " to " +
-                              CornerText(s.trimCol2, s.trimRow2) + " inclusive (col, row)";
-  AppendCard(frame, "HISTORY" + section);
-  AppendCard(frame, "OVERSCAN" + section);
 
   s.frameTrimmed = true;
   s.workflow.trimEnabled = false;

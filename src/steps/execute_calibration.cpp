@@ -6,6 +6,7 @@
 #include "calib/dispersion.h"
 #include "calib/line_list.h"
 #include "calib/line_mask.h"
+#include "fits/world_coordinates.h"
 #include "numeric/number_prefix.h"
 #include "numeric/rounding.h"
 #include "plot/number_text.h"
@@ -122,7 +123,7 @@ Outcome Execute(Session& s, const UsePower& step) {
 
 Outcome Execute(Session& s, const Correct&) {
   const Slot& object = s.slot[slots::object];
-  if (!s.workflow.correctEnabled && object.crval1Card == 0 && object.cd1_1Card == 0)
+  if (!s.workflow.correctEnabled && !HasWavelengthScale(object))
     throw Refusal("Hey, no Object file has been loaded!");
   Warnings warnings = CorrectDispersion(s);
   const int n = Pixels(object);

@@ -3,12 +3,12 @@
 #include <filesystem>
 #include <optional>
 
+#include "app/output.h"
 #include "calib/arc_plot.h"
 #include "calib/deviations.h"
 #include "calib/line_list.h"
 #include "calib/line_mask.h"
 #include "calib/wavelength_table.h"
-#include "files/atomic_write.h"
 #include "fits/fits_reader.h"
 #include "fits/fits_writer.h"
 #include "fits/text_export.h"
@@ -63,9 +63,9 @@ ValueRange RangeOfFrame(const Session& s) {
 }
 
 Outcome LoadFrame(Session& s, const Load& step) {
-  s.currentSlot = slots::frame;
   s.daoFrame = step.what == "dao";
   Warnings warnings = LoadFits2D(s, step.file);
+  s.currentSlot = slots::frame;
   return {Described(s.slot[slots::frame], std::to_string(Columns(s)) + " x " + std::to_string(Rows(s)),
                     RangeOfFrame(s)),
           std::move(warnings)};
@@ -75,24 +75,17 @@ Outcome LoadSpectrum(Session& s, const Load& step) {
   const int slot = SlotNamed(step.what);
   if (slot == slots::arc2 && !s.workflow.loadArc2Enabled)
     throw Refusal("Hey, the number of arc files is 1!  Set it to 2 to load Arc 2.");
-  s.currentSlot = slot;
   Warnings warnings = LoadFits1D(s, slot, step.file);
+  s.currentSlot = slot;
   const Slot& loaded = s.slot[slot];
   const auto pixels = loaded.spectrum.Range(1, Pixels(loaded));
   const auto [least, most] = std::minmax_element(pixels.begin(), pixels.end());
   return {Described(loaded, std::to_string(Pixels(loaded)), {*least, *most}), std::move(warnings)};
 }
 
-// The name that the save window proposes. It follows from what was loaded, not from an earlier save.
-std::string DefaultName(const Session& s, int slot) {
-  switch (slot) {
-    case slots::frame:
-      return BaseName(DataName(s.slot[slot])) + ".fts";
-    case slots::object:
-      return BaseName(LeafName(s.slot[slot].loadedFile)) + "cal.fts";
-    default:
-      return SpectrumName(s);
-  }
+// A file as it is named where `folder` is current.
+std::string NameWithin(const std::string& folder, const std::string& file) {
+  return fs::path(file).parent_path() == fs::path(folder) ? LeafName(file) : file;
 }
 
 void RequireSavable(const Session& s, int slot) {
@@ -103,11 +96,10 @@ void RequireSavable(const Session& s, int slot) {
     throw Refusal("Hey, you need to correct the dispersion of the object first!");
 }
 
-Outcome WriteDrawing(Session& s, const std::string& file, const Drawing& drawing) {
-  const std::string path = FullName(s, file);
-  AtomicWrite(path, SvgOf(drawing), s.fileOperations);
-  s.writtenFiles.push_back(path);
-  return {"wrote " + file, {}};
+// For each of the steps that plot.
+template <class PlotStep>
+Outcome WriteDrawing(Session& s, const PlotStep& step, const Drawing& drawing) {
+  return {"wrote " + step.file, WriteOutput(s, {step.file, FileKind::plot, step.replace}, SvgOf(drawing))};
 }
 
 }  // namespace
@@ -139,21 +131,19 @@ Outcome Execute(Session& s, const Load& step) {
 Outcome Execute(Session& s, const Save& step) {
   const int slot = SlotNamed(step.what);
   RequireSavable(s, slot);
-  s.currentSlot = slot;
   s.slot[slot].savePixelType = step.pixelType;
-  const std::string file = step.file.empty() ? DefaultName(s, slot) : step.file;
-  Warnings warnings = slot == slots::frame ? SaveFits2D(s, file) : SaveFits1D(s, slot, file);
-  std::error_code ignored;
-  if (fs::equivalent(FullName(s, file), s.slot[slot].loadedFile, ignored))
-    warnings.push_back(file + " is the file that was loaded: it now holds what was saved.");
+  const std::string file = step.file.empty() ? NameWithin(s.dataFolder, ProposedFile(s, slot)) : step.file;
+  Warnings warnings =
+      slot == slots::frame ? SaveFits2D(s, file, step.replace) : SaveFits1D(s, slot, file, step.replace);
+  s.currentSlot = slot;
   return {"wrote " + file + " as " + TypeName(step.pixelType), std::move(warnings)};
 }
 
 Outcome Execute(Session& s, const SaveMask& step) {
   const int a = ArcNamed(step.arc);
   RequireArcInUse(s, a);
-  halmek::SaveMask(s, a, step.file);
-  return {"wrote " + step.file + ", " + Count(s.mask.maskCount, "line"), {}};
+  Warnings warnings = halmek::SaveMask(s, a, step.file, step.replace);
+  return {"wrote " + step.file + ", " + Count(s.mask.maskCount, "line"), std::move(warnings)};
 }
 
 Outcome Execute(Session& s, const Export& step) {
@@ -161,12 +151,10 @@ Outcome Execute(Session& s, const Export& step) {
   if (slot == slots::frame)
     RequireFrame(s);
   RequireLoaded(s, slot);
+  Warnings warnings = slot == slots::frame ? SaveFrameText(s, step.file, step.replace)
+                                           : SaveSpectrumText(s, slot, step.file, step.replace);
   s.currentSlot = slot;
-  if (slot == slots::frame)
-    SaveFrameText(s, step.file);
-  else
-    SaveSpectrumText(s, slot, step.file);
-  return {"wrote " + step.file, {}};
+  return {"wrote " + step.file, std::move(warnings)};
 }
 
 Outcome Execute(Session& s, const Header& step) {
@@ -189,28 +177,28 @@ Outcome Execute(Session& s, const PlotRow& step) {
   if (!drawing)
     throw Refusal(Columns(s) <= 1 ? "A frame of one column has no rows to plot."
                                   : RowNotShownMessage(step.row));
-  return WriteDrawing(s, step.file, *drawing);
+  return WriteDrawing(s, step, *drawing);
 }
 
 Outcome Execute(Session& s, const PlotColumn& step) {
   RequireFrame(s);
   RequireWithin("Column", step.column, Columns(s));
   s.slice.sliceColumn = step.column;
-  return WriteDrawing(s, step.file, DrawColumnPlot(s, {s.plotColumn.width, s.plotColumn.height}));
+  return WriteDrawing(s, step, DrawColumnPlot(s, {s.plotColumn.width, s.plotColumn.height}));
 }
 
 Outcome Execute(Session& s, const Plot& step) {
   const auto size = [](const SizedPlacement& p) { return WindowSize{p.width, p.height}; };
   if (step.what == "continuum") {
     RequireLoaded(s, slots::spectrum);
-    return WriteDrawing(s, step.file, PlotContinuum(s, size(s.plotContinuum)));
+    return WriteDrawing(s, step, PlotContinuum(s, size(s.plotContinuum)));
   }
   const int a = step.what.back() - '0';
   RequireArcInUse(s, a);
   if (step.what.starts_with("arc"))
-    return WriteDrawing(s, step.file, PlotArc(s, a, size(s.plot1D[a])));
+    return WriteDrawing(s, step, PlotArc(s, a, size(s.plot1D[a])));
   OpenDeviations(s, a);
-  return WriteDrawing(s, step.file, PlotDeviations(s, a, size(s.plotWLDiff[a])));
+  return WriteDrawing(s, step, PlotDeviations(s, a, size(s.plotWLDiff[a])));
 }
 
 }  // namespace halmek::steps

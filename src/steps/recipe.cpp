@@ -6,6 +6,7 @@
 #include <new>
 
 #include "files/input_file.h"
+#include "files/known_file.h"
 #include "files/text_records.h"
 #include "plot/wording.h"
 #include "reduce/column_slice.h"
@@ -95,8 +96,23 @@ class Scanner {
 // The file that a failing step's message names; a save may have gone by its default name.
 std::string FileInMessage(const Session& session, const Step& step) {
   const auto* const save = std::get_if<steps::Save>(&step);
-  return save != nullptr && save->file.empty() ? session.slot[SlotNamed(save->what)].fileName : FileOf(step);
+  if (save == nullptr || !save->file.empty())
+    return FileOf(step);
+  const int slot = SlotNamed(save->what);
+  return session.slot[slot].fileName.empty() ? "" : LeafName(ProposedFile(session, slot));
 }
+
+// The recipe's own file is not replaced while it runs.
+class RunningRecipe {
+ public:
+  RunningRecipe(Session& session, const std::string& path) : session_(session) { session_.recipeFile = path; }
+  ~RunningRecipe() { session_.recipeFile.clear(); }
+  RunningRecipe(const RunningRecipe&) = delete;
+  RunningRecipe& operator=(const RunningRecipe&) = delete;
+
+ private:
+  Session& session_;
+};
 
 // A recipe accepts what it fits, as the windows do by "OK".
 struct Acceptance {
@@ -163,15 +179,15 @@ std::string FailureLine(const std::string& file, const Failure& failure) {
   return line;
 }
 
-RecipeReport RunRecipeFile(Session& session, const std::string& path) {
+RecipeReport RunRecipeFile(Session& session, const std::string& path, const std::string& inFolder) {
   const std::string name = LeafName(path);
+  const RunningRecipe running(session, path);
   RecipeReport report;
   int done = 0;
   try {
     const std::vector<RecipeLine> lines = ParseRecipe(ReadWholeFile(path), {});
-    const std::string folder = fs::path(path).parent_path().string();
-    if (folder != session.dataFolder)
-      Perform(session, steps::Folder{folder});
+    if (!inFolder.empty() && inFolder != session.dataFolder)
+      Perform(session, steps::Folder{inFolder});
     RunRecipe(session, lines, [&](const RecipeLine& line, const Outcome& outcome) {
       ++done;
       for (const std::string& warning : outcome.warnings)
@@ -179,6 +195,7 @@ RecipeReport RunRecipeFile(Session& session, const std::string& path) {
             (report.warnings.empty() ? "" : "\n") + name + ":" + std::to_string(line.number) + ": " + warning;
     });
     report.text = name + ": " + Count(done, "step") + " done.";
+    report.isDone = true;
   } catch (const RecipeStopped& stopped) {
     report.text = name + ":" + std::to_string(stopped.line()) + ": " + stopped.what();
   } catch (const Failure& failure) {
@@ -190,11 +207,14 @@ RecipeReport RunRecipeFile(Session& session, const std::string& path) {
 std::string SavedRecipe(const Session& session, const std::string& path) {
   const fs::path start = fs::path(session.settingsPath).parent_path();
   const bool isElsewhere = fs::path(path).parent_path() != start;
-  return (isElsewhere ? TextOf(steps::Folder{start.string()}) + "\n" : std::string()) + JournalText(session);
+  std::string text = JournalText(session);
+  if (isElsewhere)
+    text.insert(first_lines::recipe.size() + 1, TextOf(steps::Folder{start.string()}) + "\n");
+  return text;
 }
 
 std::string JournalText(const Session& session) {
-  std::string text;
+  std::string text = std::string(first_lines::recipe) + "\n";
   for (const std::string& line : session.journal)
     text += line + "\n";
   return text;

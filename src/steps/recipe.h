@@ -60,10 +60,12 @@ std::string SavedRecipe(const Session& session, const std::string& path);
 // What is to be said of a recipe that was run: one line, and its warnings, one a line.
 struct RecipeReport {
   std::string text, warnings;
+  bool isDone = false;  // it ran to its end
 };
 
-// Runs the recipe in a file on a session that may already hold data. The file's folder becomes current, as
-// its relative names expect. Nothing is run where a line cannot be understood.
-RecipeReport RunRecipeFile(Session& session, const std::string& path);
+// Runs the recipe in a file on a session that may already hold data. `inFolder` becomes current, as its
+// relative names expect; where that is empty, the current folder stays. Nothing is run where a line cannot be
+// understood.
+RecipeReport RunRecipeFile(Session& session, const std::string& path, const std::string& inFolder);
 
 }  // namespace halmek

@@ -27,14 +27,11 @@ int SlotNamed(std::string_view name) {
 std::string_view NameOfSlot(int slot) { return slotNames[slot]; }
 
 void RequireLoaded(const Session& session, int slot) {
-  if (session.slot[slot].fileName.empty() || !session.slot[slot].isWhole)
+  if (session.slot[slot].fileName.empty())
     throw Refusal(emptyMessages[slot]);
 }
 
-void RequireFrame(const Session& session) {
-  if (session.slot[slots::frame].fileName.empty() || !session.workflow.fixTraceEnabled)
-    throw Refusal(emptyMessages[slots::frame]);
-}
+void RequireFrame(const Session& session) { RequireLoaded(session, slots::frame); }
 
 void RequireArcInUse(const Session& session, int a) {
   if (a > session.arcCount)

@@ -16,11 +16,10 @@ std::string_view NameOfSlot(int slot);
 // The arc of arc1 or arc2.
 inline int ArcNamed(std::string_view name) { return name == "arc1" ? 1 : 2; }
 
-// Throws Refusal, "Hey, ...", where the slot holds nothing, or the header of a file whose pixels could not be
-// loaded.
+// Throws Refusal, "Hey, ...", where the slot holds nothing.
 void RequireLoaded(const Session& session, int slot);
 
-// Throws Refusal where no frame is loaded, or one whose load stopped halfway.
+// The same for the frame.
 void RequireFrame(const Session& session);
 
 // Throws Refusal where Arc 2 is meant and only one arc is in use, and where the arc is not loaded.

@@ -14,6 +14,8 @@ namespace {
 
 using Words = std::vector<std::string>;
 
+constexpr std::string_view replaceWord = "replace";
+
 constexpr std::array<int, 5> saveTypes = {16, 17, 32, -32, -64};
 
 // True if `word` is one of the words of `options`, which "|" separates.
@@ -84,16 +86,22 @@ class Reader {
     if (value.empty())
       throw NotUnderstood(std::string(argument) + " is empty");
   }
-  // The last word is the type if it is one.
+  // The last word is the type if it is one; `replace` may stand behind it.
   void FileAndType(std::string& file, int& type) {
-    if (const auto whole = AtEnd() ? std::nullopt : WholeOf(words_.back())) {
+    replaces_ = !AtEnd() && words_.back() == replaceWord;
+    end_ -= replaces_;
+    if (const auto whole = AtEnd() ? std::nullopt : WholeOf(words_[end_ - 1])) {
       if (std::find(saveTypes.begin(), saveTypes.end(), *whole) == saveTypes.end())
-        throw NotUnderstood("'" + words_.back() + "' is no pixel type");
+        throw NotUnderstood("'" + words_[end_ - 1] + "' is no pixel type");
       type = *whole;
       --end_;
     }
     if (!AtEnd())
       File("FILE", file);
+  }
+  void Replace(bool& replace) {
+    replace = replaces_ || (!AtEnd() && words_[at_] == replaceWord);
+    at_ += !replaces_ && replace;
   }
 
   void RequireEnd() const {
@@ -112,6 +120,7 @@ class Reader {
   const Words& words_;
   size_t at_ = 0;
   size_t end_ = words_.size();
+  bool replaces_ = false;  // `replace` was taken off the end
 };
 
 // Writes the arguments as the words of a line.
@@ -144,6 +153,10 @@ class Writer {
       Add(Quoted(file));
     Add(std::to_string(type));
   }
+  void Replace(bool replace) {
+    if (replace)
+      Add(replaceWord);
+  }
 
   const std::string& line() const { return line_; }
 
@@ -170,6 +183,7 @@ class UsageWriter {
     AddOptional("FILE");
     AddOptional("16|17|32|-32");
   }
+  void Replace(bool) { AddOptional(replaceWord); }
 
   const std::string& usage() const { return usage_; }
 
@@ -195,6 +209,7 @@ class FileFinder {
   void Choice(std::string_view, const std::string&) {}
   void File(std::string_view, const std::string& value) { file = value; }
   void FileAndType(const std::string& value, int) { file = value; }
+  void Replace(bool) {}
 
   std::string file;
 };
@@ -295,6 +310,26 @@ std::string FileOf(const Step& step) {
         FileFinder finder;
         copy.Visit(finder);
         return finder.file;
+      },
+      step);
+}
+
+std::optional<FileKind> WrittenBy(const Step& step) {
+  return std::visit(
+      []<class S>(const S&) -> std::optional<FileKind> {
+        if constexpr (requires { S::writes; })
+          return S::writes;
+        else
+          return std::nullopt;
+      },
+      step);
+}
+
+void AllowReplacing(Step& step) {
+  std::visit(
+      []<class S>(S& s) {
+        if constexpr (requires { s.replace; })
+          s.replace = true;
       },
       step);
 }

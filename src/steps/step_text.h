@@ -1,6 +1,7 @@
 // Steps as text: the words of a recipe line, and the table of the language.
 #pragma once
 
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -39,6 +40,12 @@ std::string Quoted(std::string_view word);
 
 // The file that the step names, which its messages name, too; empty where it names none.
 std::string FileOf(const Step& step);
+
+// The kind of file that the step writes; nothing where it writes none.
+std::optional<FileKind> WrittenBy(const Step& step);
+
+// Lets a step that writes replace whatever stands there.
+void AllowReplacing(Step& step);
 
 // The whole language, one line a step.
 std::string LanguageHelp();

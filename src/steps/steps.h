@@ -11,8 +11,12 @@
 #include <variant>
 #include <vector>
 
+#include "files/known_file.h"
+
 namespace halmek::steps {
 
+// A step that writes a file may end in the word `replace`: whatever stands there may go.
+//
 // Slots and arcs go by their names in recipes: frame, arc1, arc2, spectrum, object.
 
 struct Folder {
@@ -247,37 +251,46 @@ struct Correct {
 
 struct SaveMask {
   static constexpr std::string_view name = "save mask";
+  static constexpr FileKind writes = FileKind::mask;
   static constexpr std::string_view help = "the identified lines of an arc as a mask";
   std::string arc, file;
+  bool replace = false;
   template <class Visitor>
   void Visit(Visitor& v) {
     v.Choice("arc1|arc2", arc);
     v.File("FILE", file);
+    v.Replace(replace);
   }
 };
 
 struct Save {
   static constexpr std::string_view name = "save";
+  static constexpr FileKind writes = FileKind::fits;
   static constexpr std::string_view help =
       "as FITS, by default under the usual name and as 32-bit real; 17 is "
       "16-bit unsigned";
   std::string what, file;
   int pixelType = -32;
+  bool replace = false;
   template <class Visitor>
   void Visit(Visitor& v) {
     v.Choice("frame|spectrum|object", what);
     v.FileAndType(file, pixelType);
+    v.Replace(replace);
   }
 };
 
 struct Export {
   static constexpr std::string_view name = "export";
+  static constexpr FileKind writes = FileKind::numbers;
   static constexpr std::string_view help = "pixel values as plain text";
   std::string what, file;
+  bool replace = false;
   template <class Visitor>
   void Visit(Visitor& v) {
     v.Choice("frame|arc1|arc2|spectrum|object", what);
     v.File("FILE", file);
+    v.Replace(replace);
   }
 };
 
@@ -293,36 +306,45 @@ struct Header {
 
 struct PlotRow {
   static constexpr std::string_view name = "plot row";
+  static constexpr FileKind writes = FileKind::plot;
   static constexpr std::string_view help = "the plot of a row of the frame, as SVG";
   int row = 0;
   std::string file;
+  bool replace = false;
   template <class Visitor>
   void Visit(Visitor& v) {
     v.Whole("N", row);
     v.File("FILE.svg", file);
+    v.Replace(replace);
   }
 };
 
 struct PlotColumn {
   static constexpr std::string_view name = "plot column";
+  static constexpr FileKind writes = FileKind::plot;
   static constexpr std::string_view help = "the plot of a column of the frame, as SVG";
   int column = 0;
   std::string file;
+  bool replace = false;
   template <class Visitor>
   void Visit(Visitor& v) {
     v.Whole("N", column);
     v.File("FILE.svg", file);
+    v.Replace(replace);
   }
 };
 
 struct Plot {
   static constexpr std::string_view name = "plot";
+  static constexpr FileKind writes = FileKind::plot;
   static constexpr std::string_view help = "the plot of a spectrum or of an arc's deviations, as SVG";
   std::string what, file;
+  bool replace = false;
   template <class Visitor>
   void Visit(Visitor& v) {
     v.Choice("continuum|arc1|arc2|deviations1|deviations2", what);
     v.File("FILE.svg", file);
+    v.Replace(replace);
   }
 };
 

@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <utility>
 
 #include "support/test_session.h"
@@ -34,21 +33,6 @@ TEST(FrameTable, HoldsFiveHundredRowsOfThreeThousandColumns) {
   for (const auto& [row, column] : {std::pair{501, 1}, {1, 3001}, {-1, 1}, {1, -1}})
     EXPECT_EQ(RefusalOf([&, r = row, c = column] { image(r, c) = 0; }), outOfRange) << row << ',' << column;
   EXPECT_EQ(RefusalOf([&] { image.Row(1, 1, 3001); }), outOfRange);
-}
-
-TEST(Session, CountsNoMorePixelsThanItsTablesHold) {
-  const auto s = SessionIn("");
-  const auto size = [&](double naxis1, double naxis2) {
-    s->slot[slots::frame].naxis1 = naxis1;
-    s->slot[slots::frame].naxis2 = naxis2;
-    EXPECT_EQ(RefusalOf([&] { Pixels(s->slot[slots::frame]); }), RefusalOf([&] { Columns(*s); }));
-    return 1000 * Columns(*s) + Rows(*s);
-  };
-  EXPECT_EQ(size(3000, 500), 3000500);
-  EXPECT_EQ(size(-5, 0), 0);
-  for (const auto& [naxis1, naxis2] :
-       {std::pair{3001.0, 1.0}, {1e300, 1}, {std::nan(""), 1}, {1, 501}, {1, 1e300}, {1, std::nan("")}})
-    EXPECT_EQ(RefusalOf([&, n1 = naxis1, n2 = naxis2] { size(n1, n2); }), outOfRange) << naxis1;
 }
 
 TEST(FileNames, AreJoinedAndCut) {

@@ -180,6 +180,116 @@ TEST_F(BatchTest, TheJournalOfARunIsARecipeForTheSameFiles) {
   EXPECT_EQ(ReadFile(folder.File("star_1D.fts")), bytes);
 }
 
+// Whatever a slip writes over a frame from the camera, or over a file that is in use, is refused before
+// anything is written; `replace` and --replace allow it.
+TEST_F(BatchTest, NothingReplacesARawFrameOrAFileInUseUnlessReplaceAllowsIt) {
+  const std::string load = "load frame star.fts\n", raw = "a raw frame, 400 x 60, that Halmek did not write";
+  const std::string extract = "aperture 24 36\nbackground 2 12 48 58 1\ncrunch\n";
+  const std::string arc =
+      "load frame arc.fts\n" + extract + "save spectrum l.fts 32\nload arc1 l.fts\nidentify arc1 40 5000\n";
+  const std::string copied = load + "save frame a.fts\n";
+  WriteFile(folder.File("page.html"), "<!DOCTYPE html>\n<html lang=\"en\">my own");
+  WriteFile(folder.File("run.html"), load);
+  std::filesystem::create_symlink("arc.fts", folder.File("link.fts"));
+  const struct {
+    std::string recipe, arguments, precious, what;
+  } cases[] = {
+      {load + "export frame star.fts", "", "star.fts", "a raw frame, 400 x 60, that is loaded as the frame"},
+      {load + "save frame", "", "star.fts", "that is loaded as the frame"},
+      {load + "save frame arc.fts", "", "arc.fts", raw},
+      {load + "save frame ./link.fts 17", "", "arc.fts", raw},
+      {load + "plot row 5 arc.fts", "", "arc.fts", raw},
+      {load + "plot column 5 arc.fts", "", "arc.fts", raw},
+      {load + extract + "plot continuum arc.fts", "", "arc.fts", raw},
+      {load + extract + "save spectrum arc.fts", "", "arc.fts", raw},
+      {load + extract + "export spectrum arc.fts", "", "arc.fts", raw},
+      {arc + "save mask arc1 star.fts", "", "star.fts", raw},
+      {arc + "save spectrum l.fts", "", "", "a spectrum of Halmek, 400 pixels, that is loaded as Arc 1"},
+      {arc + "save mask arc1 l.dat\nload mask l.dat\nsave mask arc1 l.dat", "", "",
+       "a mask of Halmek, that is loaded as the mask"},
+      {"load table lines.txt\n" + load + "export frame lines.txt", "", "lines.txt",
+       "that is loaded as the wavelength table"},
+      {copied + "load frame a.fts\nsave frame", "", "",
+       "a frame of Halmek, 400 x 60, that is loaded as the frame"},
+      {copied + "export frame a.fts", "", "", "a frame of Halmek, 400 x 60, which is another kind of file"},
+      {load + "export frame r.recipe", "", "r.recipe", "that is running"},
+      {load, "--journal arc.fts", "arc.fts", raw},
+      {load, "--journal r.recipe", "r.recipe", "that is running"},
+      {load + "save frame j.fts", "--journal j.fts", "", "which is another kind of file"},
+      {load, "--report page.html", "page.html", "that Halmek did not write"},
+  };
+  const std::map<std::string, std::string> whole{{"arc.fts", ReadFile(folder.File("arc.fts"))},
+                                                 {"star.fts", ReadFile(folder.File("star.fts"))},
+                                                 {"lines.txt", ReadFile(folder.File("lines.txt"))},
+                                                 {"page.html", ReadFile(folder.File("page.html"))}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.recipe + " " + c.arguments);
+    const auto before = c.precious == "r.recipe" ? c.recipe : c.precious.empty() ? "" : whole.at(c.precious);
+    const Ended refused = RunRecipe(c.recipe, c.arguments);
+    EXPECT_NE(refused.status, 0);
+    const bool isOption = !c.arguments.empty();
+    EXPECT_NE(refused.err.find(": This would replace "), std::string::npos) << refused.err;
+    EXPECT_NE(refused.err.find(c.what + ".  Give another name, or " +
+                               (isOption ? "add --replace." : "end the step with 'replace'.")),
+              std::string::npos)
+        << refused.err;
+    if (!c.precious.empty()) {
+      EXPECT_TRUE(ReadFile(folder.File(c.precious)) == before);
+    }
+
+    const Ended allowed =
+        RunRecipe(c.recipe + (isOption ? "" : " replace"), c.arguments + (isOption ? " --replace" : ""));
+    EXPECT_EQ(allowed.status, 0) << allowed.err;
+    if (!c.precious.empty()) {
+      EXPECT_FALSE(ReadFile(folder.File(c.precious)) == before);
+    }
+    for (const auto& [name, bytes] : whole)
+      WriteFile(folder.File(name), bytes);
+  }
+  // A page that is itself the recipe.
+  EXPECT_EQ(Run("run.html --report run.html").status, 2);
+  EXPECT_EQ(ReadFile(folder.File("run.html")), load);
+
+  const std::string copy = load + "save frame b.fts 17\n";
+  RunRecipe(copy);
+  std::filesystem::create_hard_link(folder.File("b.fts"), folder.File("other.fts"));
+  EXPECT_EQ(
+      RunRecipe(copy).complaint(),
+      std::pair(
+          0,
+          "warning: r.recipe:2: b.fts had another name (a hard link), which keeps what the file held.\n"s));
+}
+
+TEST_F(BatchTest, ARunReplacesItsOwnEarlierFilesUnasked) {
+  const std::string recipe = ReadFile(HALMEK_TEST_RECIPES "/every_step.recipe");
+  const std::string arguments = "in=. star=star.fts arc=arc.fts --journal j.recipe --report page.html";
+  std::string first;
+  for (int times = 1; times <= 2; ++times) {
+    EXPECT_EQ(RunRecipe(recipe, arguments).status, 0);
+    std::string all;
+    for (const std::string& name : FilesIn(folder.path()))
+      all += name + ReadFile(folder.File(name));
+    EXPECT_TRUE((times == 1 ? first = all : all) == first);
+  }
+}
+
+TEST_F(BatchTest, ASaveWithoutANameGoesWhereTheSlotCameFromOrWentLast) {
+  std::filesystem::create_directory(folder.File("work"));
+  const std::string frame = folder.File("star.fts");
+  const std::string recipe = "folder work\nload frame " + frame +
+                             "\nsave frame replace\nsave frame out.fts\nsave frame\n" +
+                             "aperture 24 36\nbackground 2 12 48 58 1\ncrunch\nsave spectrum\n"
+                             "save spectrum " +
+                             folder.File("s.fts") + "\nsave spectrum\n";
+  const Ended ended = RunRecipe(recipe);
+  EXPECT_EQ(ended.complaint(), std::pair(0, ""s));
+  for (const std::string& said : {frame, "out.fts"s, "star_1D.fts"s, folder.File("s.fts")})
+    EXPECT_NE(ended.out.find("wrote " + said + " as 32-bit real\n"), std::string::npos) << said << ended.out;
+  EXPECT_EQ(CountOf("wrote out.fts", ended.out), 2u);
+  EXPECT_EQ(CountOf("wrote " + folder.File("s.fts"), ended.out), 2u);
+  EXPECT_EQ(FilesIn(folder.File("work")), (std::vector<std::string>{"out.fts", "star_1D.fts"}));
+}
+
 TEST_F(BatchTest, WarningsGoToStandardErrorAndTheRunGoesOn) {
   const Ended wrapped = RunRecipe(
       "load frame arc.fts\naperture 29 30\nbackground 2 12 48 58 1\ncrunch\nsave spectrum s.fts 16\n");

@@ -6,6 +6,7 @@
 
 #include "calib/deviations.h"
 #include "calib/dispersion.h"
+#include "fits/header.h"
 #include "synthetic_arc.h"
 
 namespace halmek::test {
@@ -128,18 +129,25 @@ TEST_F(CalibrationTest, PlotShowsADotPerLineAndTheCurveOnceFitted) {
   EXPECT_EQ(count(Polyline{}), 1);
 }
 
-TEST_F(CalibrationTest, NoDeviationLeavesTheSpectrumAndAddsThreeCards) {
+TEST_F(CalibrationTest, NoDeviationLeavesTheSpectrumAndPutsItsScaleInThePlaceOfEveryOther) {
   SetArc(1, 0);
   const auto before = SetObject();
   const int cards = object.cardCount;
+  for (const char* old :
+       {"CRPIX1  = 100", "CRVAL1  = 12.5", "CTYPE1  = 'RA---TAN'", "CTYPE2  = 'DEC--TAN'", "CDELT1  = 3",
+        "CD1_1   = 7", "CD2_2   = 7", "PC1_1   = 1", "LTV1    = -4", "LTM1_1  = 1", "WCSAXES = 2",
+        "CRPIX1A = 5", "PV2_1   = 0", "WAT0_001= 'x'", "DATASEC = '[1:9,1:2]'"})
+    AppendCard(object, old);
+  SetCards(object, CardsOf(object));
   CorrectDispersion(*session);
   const auto after = object.spectrum.Range(1, pixels);
   EXPECT_EQ(std::vector<double>(after.begin(), after.end()), before);
-  ASSERT_EQ(object.cardCount, cards + 3);
+  ASSERT_EQ(object.cardCount, cards + 4);
   EXPECT_EQ(object.card(cards + 1),
             "CRVAL1  =             4001.250 / Wavelength of first pixel in Angstroms");
-  EXPECT_EQ(object.card(cards + 2), "CD1_1   =            1.2500000 / Wavelength scale in Angstroms / pixel");
-  EXPECT_EQ(object.card(cards + 3), "HISTORY  Halmek corrected the dispersion to linear.");
+  EXPECT_EQ(object.card(cards + 2), "CRPIX1  =                    1 / The pixel of that wavelength");
+  EXPECT_EQ(object.card(cards + 3), "CD1_1   =            1.2500000 / Wavelength scale in Angstroms / pixel");
+  EXPECT_EQ(object.card(cards + 4), "HISTORY  Halmek corrected the dispersion to linear.");
   EXPECT_TRUE(session->workflow.saveObjectEnabled && !session->workflow.correctEnabled);
   EXPECT_EQ(CorrectionRefusal(), "This file has already been dispersion corrected.");
 }

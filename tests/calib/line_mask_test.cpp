@@ -34,7 +34,7 @@ std::string TableOf(int entries) {
   return text;
 }
 
-TEST_F(MaskTest, TablesThatCannotBeReadLeaveAnEmptyTableAndTheOneMessage) {
+TEST_F(MaskTest, TablesThatCannotBeReadLeaveTheTableAndTheOneMessage) {
   // What is in the file, and how many entries come of it; 0 where it is refused.
   const std::tuple<const char*, std::string, int> cases[] = {
       {"1000 entries", TableOf(1000), 1000},
@@ -52,7 +52,7 @@ TEST_F(MaskTest, TablesThatCannotBeReadLeaveAnEmptyTableAndTheOneMessage) {
     session->wavelengthTable.wlCount = 7;
     EXPECT_EQ(RefusalOf([&] { LoadWavelengthTable(*session, "t.txt"); }), count > 0 ? "" : tableMessage)
         << what;
-    EXPECT_EQ(session->wavelengthTable.wlCount, count) << what;
+    EXPECT_EQ(session->wavelengthTable.wlCount, count > 0 ? count : 7) << what;
   }
   EXPECT_EQ(session->wavelengthTable.WLValue(1), 6000);
   EXPECT_EQ(RefusalOf([&] { LoadWavelengthTable(*session, "nowhere.txt"); }), tableMessage);

@@ -3,12 +3,16 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <map>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
 #include "fits/fits_bytes.h"
+#include "fits/header.h"
 #include "support/test_session.h"
 
 namespace halmek::test {
@@ -60,17 +64,27 @@ TEST_F(LoadFits, DecodesByBitpixBzeroAndTheLayoutAskedFor) {
     Cards others;
     bool dao;
     std::vector<int> bytes;
-    int value, pixelType;
+    double value;
+    int pixelType;
     Warnings warnings;
   } cases[] = {
       {"16", {}, false, {0xFF, 0xFF}, -1, 16, {}},
       {"16", {"BZERO   = 3.2768D+04 / offset"}, false, {0x80, 0x01}, 1, 17, {}},
-      {"16", {"BZERO   = 7", "BZERO   = 0"}, false, {0, 0}, 32768, 16, {"BZERO = 7 is taken as 32768."}},
+      {"16", {"BZERO   = 7", "BZERO   = 0"}, false, {0, 0}, 7, 16, {}},
+      {"16", {"BZERO   = 32768", "BSCALE  = 0.5"}, false, {0, 2}, 32769, 17, {}},
       {"16", {}, true, {0xFF, 0xFE}, 65534, 16, {}},
       {"16", {"BZERO   = 32768"}, true, {0xFF, 0xFE}, 32766, 17, {}},
+      {"16",
+       {"BSCALE  = 3"},
+       true,
+       {0, 2},
+       2,
+       16,
+       {"BSCALE and BZERO are not applied to the pixels of a DAO frame."}},
       {"8", {"BITPIX  = 16"}, false, {1, 0}, 256, 16, {}},
-      {"32", {"BSCALE  = 2"}, false, {0, 1, 0, 0}, 65536, 32, {"BSCALE = 2 is not applied to the pixels."}},
-      {"-64", {}, false, {0xC0, 0, 0, 0, 0, 0, 0, 0}, -2, -64, {}},
+      {"32", {"BSCALE  = 2"}, false, {0, 1, 0, 0}, 131072, 32, {}},
+      {"32", {"BZERO   = 2147483648."}, false, {0xFF, 0xFF, 0xFF, 0xFF}, 2147483647, 32, {}},
+      {"-64", {"BSCALE  = 0.25", "BZERO   = 1"}, false, {0xC0, 0, 0, 0, 0, 0, 0, 0}, 0.5, -64, {}},
   };
   for (const auto& c : cases) {
     s.daoFrame = c.dao;
@@ -79,6 +93,38 @@ TEST_F(LoadFits, DecodesByBitpixBzeroAndTheLayoutAskedFor) {
     EXPECT_EQ(s.slot[0].pixelType, c.pixelType) << c.bitpix;
     EXPECT_EQ(warnings, c.warnings);
     EXPECT_FALSE(s.daoFrame);
+  }
+}
+
+TEST_F(LoadFits, FillsPixelsWithoutValueFromTheirRowAndTellsHowMany) {
+  const std::string told = " (BLANK = -1): filled with the mean of the nearest pixels of the row.";
+  const struct {
+    Cards others;
+    std::vector<int> stored;
+    std::vector<double> pixels;
+    std::string warning;
+  } cases[] = {
+      {{}, {5, -1, 9}, {5, -1, 9}, ""},
+      {{"BLANK   = -1"}, {5, 7, 9}, {5, 7, 9}, ""},
+      {{"BLANK   = -1"}, {5, -1, -1, 9, -1}, {5, 7, 7, 9, 9}, "3 pixels have no value" + told},
+      {{"BLANK   = -1", "BSCALE  = 2", "BZERO   = 1"}, {-1, 9}, {19, 19}, "1 pixel has no value" + told},
+      {{"BLANK   = -1", "BZERO   = 32768"}, {-1, 0}, {32768, 32768}, "1 pixel has no value" + told},
+      {{"BLANK   = -1"}, {-1, -1}, {0, 0}, "2 pixels have no value" + told}};
+  for (const auto& c : cases) {
+    std::string data;
+    for (const int stored : c.stored)
+      data += Bytes({(stored >> 8) & 0xFF, stored & 0xFF});
+    for (const int slot : {0, 4}) {
+      const Warnings warnings =
+          Load(slot, ImageCards("16", std::to_string(c.stored.size()), "1", c.others), data);
+      EXPECT_EQ(warnings, c.warning.empty() ? Warnings{} : Warnings{c.warning});
+      const int n = static_cast<int>(c.pixels.size());
+      const auto pixels = slot == 0 ? s.image.Row(1, 1, n) : s.slot[4].spectrum.Range(1, n);
+      EXPECT_EQ(std::vector(pixels.begin(), pixels.end()), c.pixels) << c.warning;
+      EXPECT_EQ(slot == 0 ? s.imageMin : s.slot[4].spectrumMin, *std::ranges::min_element(c.pixels));
+      const Slot& header = s.slot[slot];
+      EXPECT_EQ(header.card(header.cardCount).starts_with("HISTORY  Halmek filled"), !c.warning.empty());
+    }
   }
 }
 
@@ -111,59 +157,71 @@ TEST_F(LoadFits, AFrameStartsTheReductionOver) {
   }
 }
 
-struct BadFile {
-  std::string name, bytes;
-  bool headerTaken;  // the slot holds the file's header afterwards
-};
-
-std::vector<BadFile> BadFiles(const std::string& rows) {
+// Files that are refused, as files of that many rows, by name.
+std::map<std::string, std::string> BadFiles(const std::string& rows) {
   const auto image = [&](const char* bitpix, const char* columns, const Cards& others = {}) {
     return FitsBytes(ImageCards(bitpix, columns, rows, others), std::string(200, 'x'));
   };
   const std::string good = image("16", "9");
-  return {{"empty", "", false},
-          {"header cut", good.substr(0, 300), false},
-          {"201 cards", image("16", "9", Cards(196, "COMMENT")), false},
-          {"8 bits", image("8", "9"), true},
-          {"OBJECT of one character", image("16", "9", {"OBJECT  = X"}), true},
-          {"3001 columns", image("16", "3001"), true},
-          {"columns not a number", image("16", "many"), true},
-          {"data cut", good.substr(0, 2897), true}};
+  return {{"empty", ""},
+          {"header cut", good.substr(0, 300)},
+          {"201 cards", image("16", "9", Cards(196, "COMMENT"))},
+          {"8 bits", image("8", "9")},
+          {"OBJECT of one character", image("16", "9", {"OBJECT  = X"})},
+          {"3001 columns", image("16", "3001")},
+          {"columns not a number", image("16", "many")},
+          {"no whole column", image("16", "0.9")},
+          {"too large when scaled", image("-32", "9", {"BSCALE  = 1e300"})},
+          {"data cut", good.substr(0, 2897)}};
 }
 
-TEST_F(LoadFits, AFrameIsReplacedAllOrNotAtAll) {
-  std::vector<BadFile> files = BadFiles("2");
+TEST_F(LoadFits, ARefusedFrameChangesNothing) {
+  auto files = BadFiles("2");
   const std::string data(2000, 'x');
-  files.push_back({"501 rows", FitsBytes(ImageCards("16", "1", "501"), data), true});
-  files.push_back({"no rows", FitsBytes({"SIMPLE", "BITPIX  = 16", "NAXIS1  = 9"}, data), true});
-  for (const BadFile& file : files) {
-    SCOPED_TRACE(file.name);
-    Load(0, ImageCards("16", "2", "2", {"TRIM    = 1"}), Bytes({0, 1, 0, 2, 0, 3, 0, 4}));
-    WriteFile(folder.File("bad.fts"), file.bytes);
-    EXPECT_NE(RefusalOf([&] { LoadFits2D(s, "bad.fts"); }), "");
-    EXPECT_EQ(s.slot[0].fileName, "bad.fts");
-    EXPECT_EQ(s.slot[0].naxis1 == 2, !file.headerTaken);
-    const Workflow& w = s.workflow;
-    for (const bool kept : {w.fixTraceEnabled, w.sliceEnabled, w.fixColumnEnabled, s.frameTrimmed})
-      EXPECT_EQ(kept, !file.headerTaken);
-    EXPECT_EQ(s.image(1, 1) + 10 * s.image(1, 2) + 100 * s.image(2, 1) + 1000 * s.image(2, 2), 4321);
-    EXPECT_EQ(s.imageMax, 4);
+  files["501 rows"] = FitsBytes(ImageCards("16", "1", "501"), data);
+  files["no rows"] = FitsBytes({"SIMPLE", "BITPIX  = 16", "NAXIS1  = 9"}, data);
+  Load(0, ImageCards("16", "2", "2", {"TRIM    = 1"}), Bytes({0, 1, 0, 2, 0, 3, 0, 4}));
+  s.rowPlot.undoRow = 2;
+  s.workflow.crunchEnabled = true;
+  const Workflow& w = s.workflow;
+  const auto state = [&] {
+    return std::tuple(s.slot[0].fileName, s.slot[0].loadedFile, s.slot[0].naxis1, CardsOf(s.slot[0]),
+                      s.image(1, 1) + 10 * s.image(1, 2) + 100 * s.image(2, 1) + 1000 * s.image(2, 2),
+                      s.imageMax, s.rowPlot.undoRow, w.title, w.fileLabel[0], w.crunchEnabled,
+                      w.fixTraceEnabled && w.sliceEnabled && w.fixColumnEnabled && s.frameTrimmed);
+  };
+  const auto before = state();
+  EXPECT_EQ(std::get<4>(before), 4321);
+  EXPECT_NE(RefusalOf([&] { LoadFits2D(s, "missing.fts"); }), "");
+  for (const auto& [name, bytes] : files) {
+    WriteFile(folder.File("bad.fts"), bytes);
+    EXPECT_NE(RefusalOf([&] { LoadFits2D(s, "bad.fts"); }), "") << name;
+    EXPECT_EQ(state(), before) << name;
   }
 }
 
-TEST_F(LoadFits, ASpectrumIsReplacedAllOrNotAtAllAndItsIdentificationsWithIt) {
-  std::vector<BadFile> files = BadFiles("1");
-  files.push_back(
-      {"a frame", FitsBytes(ImageCards("16", "9", "2", {"OBJECT  = X"}), std::string(200, 'x')), true});
-  Slot& slot = s.slot[1];
-  for (const BadFile& file : files) {
-    SetSpectrum(s, 1, {5, 6});
+TEST_F(LoadFits, ARefusedSpectrumChangesNothing) {
+  auto files = BadFiles("1");
+  files["a frame"] = FitsBytes(ImageCards("16", "9", "2"), std::string(200, 'x'));
+  for (const int slot : {1, 4}) {
+    Load(slot, {"SIMPLE", "BITPIX  = 16", "NAXIS1  = 2", "OBJECT  = 'Ne'"}, Bytes({0, 5, 0, 6}));
     s.arc[1].LineCount = 3;
-    WriteFile(folder.File("bad.fts"), file.bytes);
-    EXPECT_NE(RefusalOf([&] { LoadFits1D(s, 1, "bad.fts"); }), "") << file.name;
-    EXPECT_EQ(slot.fileName, "bad.fts");
-    EXPECT_EQ(slot.naxis1 == 2, !file.headerTaken) << file.name;
-    EXPECT_EQ(slot.spectrum(1) + 10 * slot.spectrum(2) + 100 * s.arc[1].LineCount, 365) << file.name;
+    s.arc[1].fitDone = true;
+    s.workflow.saveObjectEnabled = slot == 4;
+    const auto state = [&] {
+      const Slot& loaded = s.slot[slot];
+      return std::tuple(loaded.fileName, loaded.loadedFile, loaded.objectName, loaded.naxis1, CardsOf(loaded),
+                        loaded.spectrum(1) + 10 * loaded.spectrum(2), s.arc[1].LineCount, s.arc[1].fitDone,
+                        s.workflow.saveObjectEnabled, s.workflow.correctEnabled,
+                        s.workflow.arc[1].plotEnabled, s.workflow.fileLabel[slot]);
+    };
+    const auto before = state();
+    EXPECT_NE(RefusalOf([&] { LoadFits1D(s, slot, "missing.fts"); }), "");
+    for (const auto& [name, bytes] : files) {
+      WriteFile(folder.File("bad.fts"), bytes);
+      EXPECT_NE(RefusalOf([&] { LoadFits1D(s, slot, "bad.fts"); }), "") << name;
+      EXPECT_EQ(state(), before) << name;
+    }
   }
 }
 

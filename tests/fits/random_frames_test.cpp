@@ -2,15 +2,25 @@
 // was to be saved, and our reader what CFITSIO finds.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cfloat>
 #include <cmath>
+#include <cstdlib>
 #include <filesystem>
 #include <random>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "fits/fits_bytes.h"
 #include "fits/fits_reader.h"
 #include "fits/fits_writer.h"
 #include "fits/header.h"
+#include "reduce/background.h"
+#include "reduce/column_slice.h"
+#include "reduce/crunch.h"
+#include "reduce/trim.h"
 #include "support/test_session.h"
 
 namespace halmek::test {
@@ -57,7 +67,7 @@ class RandomFrames : public testing::TestWithParam<int> {
 
   void Save(int type) {
     s.slot[slot].savePixelType = type;
-    EXPECT_EQ(slot == 0 ? SaveFits2D(s, "out.fts") : SaveFits1D(s, slot, "out.fts"), Warnings{});
+    EXPECT_EQ(slot == 0 ? SaveFits2D(s, "out.fts", true) : SaveFits1D(s, slot, "out.fts", true), Warnings{});
   }
   void Load() { slot == 0 ? LoadFits2D(s, "out.fts") : LoadFits1D(s, slot, "out.fts"); }
   double& Pixel(int i) {
@@ -109,6 +119,127 @@ TEST_P(RandomFrames, AreReadByCfitsioAndByOurReaderAsTheyWereSaved) {
     EXPECT_EQ(s.slot[slot].pixelType, type);
     EXPECT_TRUE(InSlot() == expected);
   }
+}
+
+// Cards as cameras and other programs leave them: of other data, twice, in another form, or of what no longer
+// holds when the frame is cut or summed.
+const char* const strangeCards[] = {"NAXIS1  = 999",
+                                    "NAXIS2  = 1",
+                                    "NAXIS3  = 2",
+                                    "NAXIS4  =                    2",
+                                    "NAXIS   = 4",
+                                    "BITPIX  = 8",
+                                    "BSCALE  = 1.",
+                                    "BSCALE  = 0.5",
+                                    "BZERO   = 32768.",
+                                    "BZERO   = -12.5",
+                                    "BLANK   = 7",
+                                    "BLANK   = -32768",
+                                    "CHECKSUM= 'hcHjjc9ghc'",
+                                    "DATASUM = '2503531142'",
+                                    "GROUPS  =                    T",
+                                    "PCOUNT  =                    3",
+                                    "GCOUNT  =                    2",
+                                    "EXTEND  =                    T",
+                                    "XTENSION= 'IMAGE   '",
+                                    "CRPIX1  = 100",
+                                    "CRVAL1  = 4000.",
+                                    "CD1_1   = 0.5",
+                                    "CTYPE1  = 'RA---TAN'",
+                                    "CTYPE2  = 'DEC--TAN'",
+                                    "CRPIX2  = 1.5E2",
+                                    "CDELT1  = 2",
+                                    "LTV1    = -3.",
+                                    "LTM1_1  = 1.0",
+                                    "DATASEC = '[1:60,1:12]'",
+                                    "TRIMSEC = '[3:8,1:5]'",
+                                    "CCDSEC  = '[1:2048,1:512]'",
+                                    "WCSDIM  = 2",
+                                    "DATAMAX = 1000.",
+                                    "OBJECT  = 'again'"};
+
+class StrangeFrames : public testing::Test {
+ protected:
+  int Below(int end) { return static_cast<int>(random() % static_cast<unsigned>(end)); }
+  template <class List>
+  auto OneOf(const List& list) {
+    return list[static_cast<size_t>(Below(static_cast<int>(std::size(list))))];
+  }
+
+  // Takes a whole number of columns or rows in one of the forms in which it is read.
+  std::string Form(int number) {
+    const std::string text = std::to_string(number);
+    const std::string forms[] = {std::string(20 - text.size(), ' ') + text, text, text + ".7", text + ".0E0",
+                                 std::to_string(number / 10) + "." + std::to_string(number % 10) + "D1"};
+    return OneOf(forms);
+  }
+
+  void WriteStrange(const std::string& name, int columns, int rows) {
+    const int bitpix = OneOf(std::array{16, 32, -32, -64});
+    Cards others;
+    for (int k = Below(12); k > 0; --k)
+      others.emplace_back(OneOf(strangeCards));
+    others.emplace_back("BITPIX  = " + std::to_string(bitpix));
+    std::string data(static_cast<size_t>(columns * rows * std::abs(bitpix) / 8), '\0');
+    for (size_t i = 0; i < data.size(); ++i)
+      data[i] =
+          static_cast<char>(i % (bitpix < 0 ? static_cast<size_t>(-bitpix) / 8 : 2) == 0 ? 0x40 : Below(256));
+    WriteFile(folder.File(name), FitsBytes(ImageCards("16", Form(columns), Form(rows), others), data));
+  }
+
+  // What CFITSIO reads from the file, and each mandatory card once.
+  Image Read(const std::string& name) {
+    Image image = ReadByCfitsio(folder.File(name));
+    for (const char* keyword : {"SIMPLE  =", "BITPIX  =", "NAXIS   =", "NAXIS1  =", "NAXIS2  ="})
+      EXPECT_EQ(
+          std::ranges::count_if(image.cards, [&](const std::string& c) { return c.starts_with(keyword); }), 1)
+          << keyword;
+    files += " " + folder.File(name);
+    return image;
+  }
+
+  std::mt19937 random{21};
+  TemporaryFolder folder;
+  std::string files;
+};
+
+TEST_F(StrangeFrames, AreReadByOtherProgramsAsTheyAreHereWhenTrimmedExtractedAndSaved) {
+  for (int round = 1; round <= 500 && !HasFailure(); ++round) {
+    SCOPED_TRACE(round);
+    const auto session = SessionIn(folder.path());
+    Session& s = *session;
+    const int columns = 10 + Below(60), rows = 5 + Below(12);
+    WriteStrange("in.fts", columns, rows);
+    LoadFits2D(s, "in.fts");
+    ASSERT_EQ(std::pair(Columns(s), Rows(s)), std::pair(columns, rows));
+    const int col1 = 1 + Below(3), row1 = 1 + Below(2);
+    if (!s.frameTrimmed && Below(4) > 0)
+      TrimTo(s, col1, row1, columns - Below(3), rows - Below(2));
+    s.slot[slots::frame].savePixelType = s.slot[slots::spectrum].savePixelType = -32;
+    const std::string number = std::to_string(round);
+    SaveFits2D(s, "frame" + number + ".fts");
+    const Image frame = Read("frame" + number + ".fts");
+    ASSERT_EQ(frame.axes, (std::vector<long>{Columns(s), Rows(s)}));
+    for (int r = 1; r <= Rows(s); ++r)
+      for (int c = 1; c <= Columns(s); ++c)
+        ASSERT_EQ(frame.pixels[static_cast<size_t>((r - 1) * Columns(s) + c - 1)],
+                  static_cast<float>(s.image(r, c)));
+
+    SetAperture(s, 3, 3);
+    SetBackgroundRanges(s, 1, 2, 2, 3);
+    FitBackground(s);
+    CrunchFrame(s);
+    SaveFits1D(s, slots::spectrum, "spectrum" + number + ".fts");
+    const Image spectrum = Read("spectrum" + number + ".fts");
+    ASSERT_EQ(spectrum.axes, (std::vector<long>{Columns(s), 1}));
+    for (int c = 1; c <= Columns(s); ++c)
+      ASSERT_EQ(spectrum.pixels[static_cast<size_t>(c - 1)],
+                static_cast<float>(s.slot[slots::spectrum].spectrum(c)));
+  }
+  if (std::system("command -v fitsverify >/dev/null") != 0)
+    GTEST_SKIP() << "fitsverify is not installed";
+  const std::string verify = "fitsverify -e -q" + files + " | grep -v 'verification OK'";
+  EXPECT_NE(std::system(verify.c_str()), 0) << "fitsverify complains of the files named above";
 }
 
 INSTANTIATE_TEST_SUITE_P(Types, RandomFrames, testing::Values(16, 17, 32, -32));

@@ -240,9 +240,9 @@ SEEDS = [
      "load frame a\x07b\n", "1: the line holds a character that no text has"),
     ("recipe_text", "zero_byte", b"crunch\0\n", "1: the line holds a character that no text has"),
     ("recipe_text", "no_type", "save frame a 18\n",
-     "1: '18' is no pixel type: save frame|spectrum|object [FILE] [16|17|32|-32]"),
+     "1: '18' is no pixel type: save frame|spectrum|object [FILE] [16|17|32|-32] [replace]"),
     ("recipe_text", "type_too_many", "save frame a.fts 8 16\n",
-     "1: '8' is one word too many: save frame|spectrum|object [FILE] [16|17|32|-32]"),
+     "1: '8' is one word too many: save frame|spectrum|object [FILE] [16|17|32|-32] [replace]"),
     ("recipe_text", "no_such_slot", "load flat f.fts\n", "1: expected frame|dao|arc1|arc2|object|table|mask, not 'flat': "
      "load frame|dao|arc1|arc2|object|table|mask FILE"),
     ("recipe_text", "three_arcs", "arcs 3\n", "1: 1|2 must be 1 to 2, not 3: arcs 1|2"),
@@ -260,7 +260,7 @@ SEEDS = [
      "normalize again\nplot continuum c.svg\nsave spectrum\nplot row 6 r.svg\nplot column 9 c.svg\n", OK),
     ("recipe_run", "repairs",
      "load frame frame.fts\nfix-column 9\ntrim 2 1 39 11\nzap 3 5 6\nundo-zap\nzap 3 5 6 1\n"
-     "save frame frame.fts 17\nload dao frame.fts\nexport frame f.txt\nheader frame\n", OK),
+     "save frame frame.fts 17 replace\nload dao frame.fts\nexport frame f.txt\nheader frame\n", OK),
     ("recipe_run", "calibration",
      ARC + "save mask arc1 b.mask\nload arc2 arc2.fts\nload mask b.mask\napply-mask arc2\n"
      "fit-deviations arc2 2\nuse-power arc1 2\nplot deviations1 d\nplot arc2 a\nload object arc1.fts\n"
@@ -273,6 +273,9 @@ SEEDS = [
     ("recipe_run", "after_a_large_frame",
      REDUCTION + "load frame large.fts\nplot row 2 r.svg\nexport frame f\ncrunch\n",
      "5: large.fts: " + SUBSCRIPT + " (NAXIS1 is above 3000)"),
+    ("recipe_run", "replaced", "load frame frame.fts\nsave frame f.fts\nexport frame f.fts\n",
+     "3: f.fts: This would replace a frame of Halmek, 40 x 12, which is another kind of file.  "
+     "Give another name, or end the step with 'replace'."),
     ("recipe_run", "folders", "folder sub\nload frame frame.fts\nfolder none\nfolder .\n",
      "2: frame.fts: Error: 53  Error: File not found."),
     ("recipe_run", "crunch_without_a_fit", "load frame frame.fts\ncrunch\n",

@@ -74,7 +74,7 @@ std::string ContentBut(const Session& s, int target) {
   for (int slot = 0; slot <= slots::object; ++slot) {
     if (slot == target)
       continue;
-    content += s.slot[slot].fileName + s.slot[slot].dataName;
+    content += s.slot[slot].fileName + s.slot[slot].loadedFile;
     for (int k = 1; k <= s.slot[slot].cardCount; ++k)
       content += s.slot[slot].card(k);
     const std::vector<double> pixels = PixelsOf(s, slot);
@@ -121,8 +121,8 @@ std::string ReadFits(Session& s, const std::string&) {
   });
   s.slot[slot].savePixelType = types.empty() ? pixel_types::real32 : types[pixels.size() % types.size()];
   const bool isFull = s.slot[slot].cardCount + 2 > lastCard;
-  const std::string refusal =
-      RefusalOf([&] { slot == slots::frame ? SaveFits2D(s, saved) : SaveFits1D(s, slot, saved); });
+  const std::string refusal = RefusalOf(
+      [&] { slot == slots::frame ? SaveFits2D(s, saved, true) : SaveFits1D(s, slot, saved, true); });
   Require(refusal.empty() || isFull || types.empty(), "a loaded file cannot be saved");
   return refusal.empty() && !types.empty() ? ReadFile(FullName(s, saved)) : "";
 }
@@ -147,7 +147,7 @@ std::string ReadMask(Session& s, const std::string&) {
   arc.LineCount = count;
   std::ranges::copy(columns, arc.ArcLineColumn.Range(1, count).begin());
   std::ranges::copy(wavelengths, arc.ArcLineWavelength.Range(1, count).begin());
-  Require(RefusalOf([&] { SaveMask(s, slots::arc1, saved); }).empty(), "a loaded mask cannot be saved");
+  Require(RefusalOf([&] { SaveMask(s, slots::arc1, saved, true); }).empty(), "a loaded mask cannot be saved");
   return ReadFile(FullName(s, saved));
 }
 
@@ -174,19 +174,15 @@ bool KeepsFrame(Session& s, const std::string&) { return IsMarked(s.image.Row(1,
 bool KeepsObject(Session& s, const std::string&) {
   return IsMarked(s.slot[slots::object].spectrum.Range(1, lastPixel));
 }
-bool EmptiesTable(Session& s, const std::string&) { return s.wavelengthTable.wlCount == 0; }
-// Entries before a bad line have replaced others.
-bool KeepsMask(Session& s, const std::string& refusal) {
-  return s.mask.maskCount == 2 && (refusal.starts_with("Error: ") || s.mask.MaskColumn(1) == marker);
-}
+bool KeepsTables(Session& s, const std::string&) { return AreTablesMarked(s); }
 bool KeepsAll(Session&, const std::string&) { return true; }
 
 constexpr Reader readers[] = {
     {"frame", slots::frame, ReadFits<slots::frame>, KeepsFrame},
     {"dao", slots::frame, ReadFits<slots::frame, true>, KeepsFrame},
     {"spectrum", slots::object, ReadFits<slots::object>, KeepsObject},
-    {"table", table, ReadTable, EmptiesTable},
-    {"mask", table, ReadMask, KeepsMask},
+    {"table", table, ReadTable, KeepsTables},
+    {"mask", table, ReadMask, KeepsTables},
     {"settings", none, [](Session&, const std::string& bytes) { return SettingsText(ParseSettings(bytes)); },
      KeepsAll},
     {"recipe_text", none, ReadRecipe, KeepsAll},

@@ -108,9 +108,7 @@ TEST_F(Extraction, SumsTheApertureLessTheFittedBackground) {
   const Slot& spectrum = s.slot[3];
   EXPECT_EQ(s.slot[0].cardCount * 10 + spectrum.cardCount, 78);
   EXPECT_EQ(spectrum.card(7), "BZERO   = 0");
-  const std::string history = "HISTORY:  Halmek collapsed data from 2-D to 1-D on ";
-  EXPECT_TRUE(spectrum.card(8).starts_with(history + "20"));
-  EXPECT_EQ(spectrum.card(8).size(), history.size() + 11);
+  EXPECT_EQ(spectrum.card(8), "HISTORY  Halmek collapsed data from 2-D to 1-D, rows 20 to 22");
   EXPECT_EQ(spectrum.fileName, "frame_1D.fts");
   EXPECT_TRUE(s.workflow.normalizeEnabled && s.workflow.crunchStatus == doneText);
 

@@ -81,7 +81,7 @@ StartServer() {
   export HOME=$scratch/home XDG_RUNTIME_DIR=$scratch/run LC_ALL=C.UTF-8 QT_QPA_PLATFORM=xcb
   mkdir -p "$HOME" "$XDG_RUNTIME_DIR"
   chmod 700 "$XDG_RUNTIME_DIR"
-  unset WAYLAND_DISPLAY XDG_CONFIG_HOME XDG_DATA_HOME XDG_CACHE_HOME XDG_CURRENT_DESKTOP DBUS_SESSION_BUS_ADDRESS
+  unset WAYLAND_DISPLAY XDG_CONFIG_HOME XDG_DATA_HOME XDG_STATE_HOME XDG_CACHE_HOME XDG_CURRENT_DESKTOP DBUS_SESSION_BUS_ADDRESS
   # No printer that this machine may have.
   export CUPS_SERVER=127.0.0.1:1
   unset QT_SCALE_FACTOR QT_SCREEN_SCALE_FACTORS QT_FONT_DPI QT_STYLE_OVERRIDE QT_QPA_PLATFORMTHEME
@@ -395,9 +395,11 @@ ExpectEnd() {
   Expect "what it wrote on the terminal" "" "$(<"$scratch/output")"
 }
 
+# Ends the program, whatever is not saved.
 Quit() {
   Activate "$mainTitle"
   Press ctrl+q
+  if IsThere message '^Halmek$'; then Press alt+q; fi
   ExpectEnd
 }
 

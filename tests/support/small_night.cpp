@@ -26,15 +26,25 @@ double Lamp(int column, int row) {
   return Sky(row) + (row > 15 && row < 45 ? light : 0);
 }
 
+// Makes a frame that was saved look like one from a camera.
+void MakeRaw(const std::string& path) {
+  std::string bytes = ReadFile(path);
+  for (size_t at = 0; (at = bytes.find("HISTORY  Halmek ", at)) != std::string::npos;)
+    bytes.replace(at, 16, "COMMENT  Camera ");
+  WriteFile(path, bytes);
+}
+
 }  // namespace
 
 void WriteSmallNight(const std::string& folder) {
   const auto session = SessionIn(folder);
   session->slot[slots::frame].savePixelType = 17;
   SetFrame(*session, 400, 60, Star);
-  SaveFits2D(*session, "star.fts");
+  SaveFits2D(*session, "star.fts", true);
   SetFrame(*session, 400, 60, Lamp);
-  SaveFits2D(*session, "arc.fts");
+  SaveFits2D(*session, "arc.fts", true);
+  for (const char* name : {"/star.fts", "/arc.fts"})
+    MakeRaw(folder + name);
   std::string table = "wavelength, line\r\n";
   for (int line = 40; line <= 340; line += 50)
     table += std::to_string(4960 + line) + ",line " + std::to_string(line) + "\r\n";

@@ -17,23 +17,16 @@ namespace {
 namespace fs = std::filesystem;
 
 void SetHeader(FitsHeader& header, int naxis, int naxis1, int naxis2) {
-  header = FitsHeader{};
-  const auto add = [&](const char* keyword, const std::string& value) {
-    return AppendCard(header, NumberCard(keyword, value, " /"));
+  const auto card = [](const char* keyword, int value) {
+    return NumberCard(keyword, std::to_string(value), " /");
   };
-  add("SIMPLE", "T");
-  header.bitpixCard = add("BITPIX", "-32");
-  header.naxisCard = add("NAXIS", std::to_string(naxis));
-  header.naxis1Card = add("NAXIS1", std::to_string(naxis1));
+  std::vector<std::string> cards{NumberCard("SIMPLE", "T", " /"), card("BITPIX", -32), card("NAXIS", naxis),
+                                 card("NAXIS1", naxis1)};
   if (naxis > 1)
-    header.naxis2Card = add("NAXIS2", std::to_string(naxis2));
-  AppendCard(header, "OBJECT  = 'Test star'");
-  header.objectName = "Test star";
-  header.bitpix = header.pixelType = -32;
-  header.naxis = naxis;
-  header.naxis1 = naxis1;
-  header.naxis2 = naxis > 1 ? naxis2 : 0;
-  PadCards(header);
+    cards.push_back(card("NAXIS2", naxis2));
+  cards.emplace_back("OBJECT  = 'Test star'");
+  SetCards(header, cards);
+  ReadObjectName(header);
 }
 
 }  // namespace

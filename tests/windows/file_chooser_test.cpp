@@ -329,8 +329,8 @@ TEST_F(FileChooserTest, AsksForTheNameOfASaveAndKeepsTheFolder) {
   EXPECT_EQ(session->journal, Texts{"folder " + empty});
 }
 
-TEST_F(FileChooserTest, SaysThatAFileWillBeReplaced) {
-  constexpr const char* replaced = "This file exists and will be replaced.";
+TEST_F(FileChooserTest, SaysThatAFileExists) {
+  constexpr const char* replaced = "This file exists; OK asks about it.";
   Open(choosers::saveData, "frame", "new.fts");
   const QRect listBefore = In<QWidget>("File1")->geometry();
   const auto expectNote = [&](const QString& name, const char* note) {

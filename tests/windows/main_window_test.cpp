@@ -83,12 +83,12 @@ TEST_F(MainWindowTest, EventsEnableTheControlsOfTheNextSteps) {
       {"continuum open", [&] { Press("Command6"); }, "3 4 5 6 7 10 13 14", "-DD-"},
       {"continuum", [&] { Press(Window("frmPlot_Continuum"), "Command1", "Command6"); },
        "3 4 5 6 7 9 10 13 14", "-DDD"},
-      {"no arc", [&] { Load("short.fts", "arc1"); }, "3 4 5 6 9 10 13 14", "-DDD",
+      {"no arc", [&] { Load("short.fts", "arc1"); }, "3 4 5 6 7 9 10 13 14", "-DDD",
        "Hey, this is not a 1-D file!  Please try again."},
-      {"no frame", [&] { Load("short.fts"); }, "6 9 10 13 14", "-DDD",
+      {"no frame", [&] { Load("short.fts"); }, "3 4 5 6 7 9 10 13 14", "-DDD",
        "Error: 62  Error: Input past end of file."},
-      {"trimmed frame", [&] { Load("trimmed.fts"); }, "2 3 4 6 9 10 13 14", "----"},
-      {"frame again", [&] { Load("star.fts"); }, "1 2 3 4 6 9 10 13 14", "----"},
+      {"trimmed frame", [&] { Load("trimmed.fts"); }, "2 3 4 6 7 9 10 13 14", "----"},
+      {"frame again", [&] { Load("star.fts"); }, "1 2 3 4 6 7 9 10 13 14", "----"},
   };
   Follow(events, [&] { return Done(main.get(), {"Label24", "Label25", "Label26", "Label27"}); });
   EXPECT_EQ(main->windowTitle(), "Halmek.  File:  star.fts     Object:  Test star");

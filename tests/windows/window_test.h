@@ -35,6 +35,9 @@ class FakePlatform : public Platform {
  public:
   Texts messages;                                     // the texts of the boxes, in order
   std::string detail;                                 // of the last box
+  Texts asked;                                        // the questions, in order
+  Question lastAsked;                                 //
+  size_t answer = 0;                                  // to all of them
   std::vector<FileQuestion> questions;                // of the file dialogs
   std::optional<std::string> fileToOpen, fileToSave;  // their answers
   // What the user does in the printer dialog, and whether it is confirmed.
@@ -45,6 +48,14 @@ class FakePlatform : public Platform {
   void Show(QWidget*, const Message& message) override {
     messages.push_back(message.text);
     detail = message.detail;
+  }
+  size_t Ask(QWidget*, const Question& question) override {
+    asked.push_back(question.text);
+    lastAsked = question;
+    // Whoever is asked for another name then gives none.
+    if (answer != 0)
+      fileToSave.reset();
+    return answer;
   }
   void SetBusy(QWidget*, bool busy) override {
     busyCount += busy;
@@ -73,6 +84,7 @@ class FakePlatform : public Platform {
   }
   // The messages since the last call.
   Texts TakeMessages() { return std::exchange(messages, {}); }
+  Texts TakeAsked() { return std::exchange(asked, {}); }
 };
 
 // The control of that name in a window; fails the test where there is none.

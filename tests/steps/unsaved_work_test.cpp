@@ -1,0 +1,154 @@
+// What an evening would lose: work that is in no file, and the journal that outlives the program.
+#include "steps/unsaved_work.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "steps/journal_file.h"
+#include "steps/perform.h"
+#include "steps/recipe.h"
+#include "steps/step_text.h"
+#include "support/small_night.h"
+#include "support/test_session.h"
+
+namespace halmek::test {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+class UnsavedWorkTest : public testing::Test {
+ protected:
+  UnsavedWorkTest() { WriteSmallNight(folder.path()); }
+  static Step StepIn(const std::string& line) { return StepOf(WordsOf(line, {})); }
+
+  TemporaryFolder folder;
+  std::unique_ptr<Session> session = SessionIn(folder.path());
+  Session& s = *session;
+};
+
+TEST_F(UnsavedWorkTest, IsWhatNoFileHolds) {
+  const std::string frame = "the changes of the frame star.fts",
+                    spectrum = "the spectrum extracted from star.fts", arc = "the 1 identified line of Arc 1",
+                    object = "the calibrated spectrum of star_1D.fts";
+  const struct {
+    const char* step;
+    Texts unsaved;
+  } evening[] = {{"load frame star.fts", {}},
+                 {"export frame x.txt", {}},
+                 {"zap 30 100 102", {frame}},
+                 {"aperture 24 36", {frame}},
+                 {"save frame zapped.fts", {}},
+                 {"trim 1 1 390 60", {frame}},
+                 {"aperture 24 36", {frame}},
+                 {"background 2 12 48 58 0", {frame}},
+                 {"crunch", {frame, spectrum}},
+                 {"normalize auto 20 4", {frame, spectrum}},
+                 {"save spectrum", {}},
+                 {"revert", {spectrum}},
+                 {"zap 30 200 202", {frame, spectrum}},
+                 {"save spectrum", {frame}},
+                 {"load frame arc.fts", {}},
+                 {"trim 1 1 390 60", {"the changes of the frame arc.fts"}},
+                 {"aperture 24 36", {"the changes of the frame arc.fts"}},
+                 {"background 2 12 48 58 0", {"the changes of the frame arc.fts"}},
+                 {"crunch", {"the changes of the frame arc.fts", "the spectrum extracted from arc.fts"}},
+                 {"save spectrum lamp.fts", {}},
+                 {"load arc1 lamp.fts", {}},
+                 {"identify arc1 40 5000", {arc}},
+                 {"delete-lines arc1", {}},
+                 {"identify arc1 40 5000", {arc}},
+                 {"identify arc1 340 5300", {"the 2 identified lines of Arc 1"}},
+                 {"identify arc1 190 5150", {"the 3 identified lines of Arc 1"}},
+                 {"save mask arc1 m.dat", {}},
+                 {"fit-deviations arc1 2", {}},
+                 {"arcs 1", {}},
+                 {"load object star_1D.fts", {}},
+                 {"correct", {object}},
+                 {"export object x.txt", {object}},
+                 {"save object", {}}};
+  for (const auto& [step, unsaved] : evening) {
+    Perform(s, StepIn(step));
+    EXPECT_EQ(UnsavedWork(s), unsaved) << step;
+  }
+}
+
+TEST_F(UnsavedWorkTest, IsLostByWhatTakesItsPlace) {
+  for (const char* step :
+       {"load frame arc.fts", "aperture 24 36", "background 2 12 48 58 0", "crunch", "save spectrum a.fts",
+        "load arc2 a.fts", "identify arc2 40 5000", "load frame star.fts", "trim 1 1 390 60",
+        "aperture 24 36", "background 2 12 48 58 0", "crunch", "save spectrum", "crunch"})
+    Perform(s, StepIn(step));
+  const Texts frame{"the changes of the frame star.fts"}, arc{"the 1 identified line of Arc 2"};
+  const auto lost = [&](const char* step) { return LostBy(s, StepIn(step)); };
+  EXPECT_EQ(lost("load frame arc.fts"), Texts{}) << "its changes are in the spectrum that was saved";
+  Perform(s, StepIn("fix-column 200"));
+  EXPECT_EQ(lost("load frame arc.fts"), frame);
+  EXPECT_EQ(lost("load dao arc.fts"), frame);
+  EXPECT_EQ(lost("load arc2 a.fts"), arc);
+  for (const char* harmless : {"load arc1 a.fts", "load object a.fts", "load table lines.txt", "crunch"})
+    EXPECT_EQ(lost(harmless), Texts{}) << harmless;
+  Perform(s, StepIn("load frame arc.fts"));
+  EXPECT_EQ(lost("crunch"), Texts{"the spectrum extracted from star.fts"});
+}
+
+TEST_F(UnsavedWorkTest, TheJournalOnTheDiskOutlivesTheSession) {
+  const std::string state = folder.File("state/halmek"), start = folder.path();
+  std::optional<JournalFile> journal;
+  journal.emplace(state, start);
+  s.keepJournal = [&](const std::string& line) { journal->Append(line); };
+  EXPECT_TRUE(LeftJournals(state).empty());
+  Perform(s, StepIn("load frame star.fts"));
+  RefusalOf([&] { Perform(s, StepIn("fix-column 2")); });
+  Perform(s, StepIn("zap 30 100 102"));
+  EXPECT_TRUE(LeftJournals(state).empty()) << "its session lives";
+  const std::string path = journal->path();
+  journal.reset();
+
+  const auto left = LeftJournals(state);
+  ASSERT_EQ(left.size(), 1u);
+  EXPECT_EQ(left[0].path, path);
+  EXPECT_EQ(left[0].steps, 2);
+  EXPECT_EQ(left[0].lastStep, "zap 30 100 102");
+  const auto again = SessionIn("/");
+  EXPECT_TRUE(RunRecipeFile(*again, path, {}).isDone);
+  EXPECT_EQ(again->dataFolder, start);
+  EXPECT_EQ(again->image(30, 101), s.image(30, 101));
+
+  journal.emplace(state, start);
+  journal->Append("crunch");
+  journal->Remove();
+  EXPECT_EQ(FilesIn(state).size(), 1u);
+  JournalFile nowhere("", start);
+  EXPECT_EQ(RefusalOf([&] { nowhere.Append("crunch"); }), "Error: 76  Error: Path not found.");
+}
+
+TEST_F(UnsavedWorkTest, WhatIsRefusedLeavesEverything) {
+  for (const char* step : {"load frame arc.fts", "aperture 24 36", "background 2 12 48 58 0", "crunch",
+                           "save spectrum a.fts", "load arc1 a.fts", "identify arc1 40 5000",
+                           "identify arc1 340 5300", "save mask arc1 m.dat", "load table lines.txt"})
+    Perform(s, StepIn(step));
+  WriteFile(folder.File("halfway.dat"), ReadFile(folder.File("m.dat")) + "junk\r\n");
+  WriteFile(folder.File("precious.txt"), "precious");
+  const auto state = [&] {
+    return std::tuple(s.mask.maskFileName, s.mask.maskCount, s.mask.MaskColumn(1), s.mask.MaskWavelength(2),
+                      s.wavelengthTable.wlCount, s.arc[1].LineCount, s.slot[1].fileName, s.slot[0].fileName,
+                      s.currentSlot, UnsavedWork(s).size(), s.workflow.title);
+  };
+  const auto before = state();
+  for (const char* step :
+       {"load mask halfway.dat", "load mask star.fts", "load table precious.txt", "load arc1 star.fts",
+        "load arc1 none.fts", "load frame a.txt", "load object none.fts", "export object precious.txt",
+        "save spectrum star.fts", "background 2 12 48 58 7"}) {
+    EXPECT_NE(RefusalOf([&] { Perform(s, StepIn(step)); }), "") << step;
+    EXPECT_EQ(state(), before) << step;
+  }
+  EXPECT_EQ(ReadFile(folder.File("precious.txt")), "precious");
+}
+
+}  // namespace
+}  // namespace halmek::test
