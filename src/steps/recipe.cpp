@@ -59,9 +59,13 @@ class Scanner {
         word += rest_[0];
         rest_.remove_prefix(1);
       }
+      // While it grows: a line can name a long value a million times.
+      if (word.size() > room_)
+        throw NotUnderstood("the line is longer than 64 KiB after its variables are replaced");
     }
     if (quoted)
       throw NotUnderstood("a double quote is not closed");
+    room_ -= word.size();
     return word;
   }
 
@@ -91,6 +95,7 @@ class Scanner {
 
   std::string_view rest_;
   const Variables& variables_;
+  size_t room_ = 64 << 10;  // for words still to be taken
 };
 
 // The file that a failing step's message names; a save may have gone by its default name.

@@ -35,8 +35,8 @@ bool IsVariableName(std::string_view name);
 
 // The words of a line: separated by blanks; in double quotes where they hold blanks, with "" for a quote; `#`
 // at the start of a word begins a comment; `$name` and `${name}` are replaced anywhere in a word, `$$` is a
-// dollar sign. Throws NotUnderstood for an open quote, a name without value and
-// control characters.
+// dollar sign. Throws NotUnderstood for an open quote, a name without value, control characters and
+// words of more than 64 KiB together.
 std::vector<std::string> WordsOf(std::string_view line, const Variables& variables);
 
 // Reads a whole recipe. Throws RecipeStopped at the first line that cannot be understood.

@@ -75,6 +75,27 @@ TEST(Recipe, WordsFollowTheQuotingRules) {
     EXPECT_EQ(WordsOf(line, variables), words) << line;
 }
 
+TEST(Recipe, ALineOfMoreThan64KibAfterReplacementIsRefused) {
+  const Variables variables{{"half", std::string(32768, 'h')}};
+  std::string many;
+  for (int i = 0; i < 1'000'000; ++i)
+    many += "$half";
+  const std::pair<std::string, bool> cases[] = {{"$half $half # $half", true},
+                                                {"$half ${half}x", false},
+                                                {"$half\"$half\" x", false},
+                                                {many, false},
+                                                {std::string(65536, 'x'), true}};
+  for (const auto& [line, isTaken] : cases) {
+    std::string refusal;
+    try {
+      WordsOf(line, variables);
+    } catch (const NotUnderstood& problem) {
+      refusal = problem.what();
+    }
+    EXPECT_EQ(refusal, isTaken ? "" : "the line is longer than 64 KiB after its variables are replaced");
+  }
+}
+
 TEST(Recipe, StepsReadBackFromTheirTextToTheLastBit) {
   for (const char* line :
        {"load frame \"a b.fts\"", "load frame \"#1.fts\"", "load frame pay$$5.fts",
