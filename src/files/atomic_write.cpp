@@ -11,21 +11,12 @@
 #include <utility>
 
 #include "files/failure.h"
+#include "files/uninterrupted.h"
 
 namespace halmek {
 namespace {
 
 namespace fs = std::filesystem;
-
-// The result of `call`, made again where a signal interrupted it; but not for ever.
-template <typename Call>
-auto Uninterrupted(const Call& call) {
-  constexpr int mostTimes = 1000;
-  auto result = call();
-  for (int i = 1; result < 0 && errno == EINTR && i < mostTimes; ++i)
-    result = call();
-  return result;
-}
 
 // What of a mode says who may do what; not what a program needs to run as somebody else.
 constexpr mode_t permissions = 0777;

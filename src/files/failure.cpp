@@ -100,7 +100,8 @@ RunTimeError::RunTimeError(int number, std::string detail)
       number_(number) {}
 
 RunTimeError ErrorFromSystem(int systemError, const std::string& path) {
-  return RunTimeError(NumberFor(systemError, path));
+  return RunTimeError(NumberFor(systemError, path),
+                      systemError == EINTR ? "the system was interrupted again and again" : "");
 }
 
 }  // namespace halmek

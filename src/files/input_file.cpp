@@ -7,16 +7,18 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
 #include "files/failure.h"
+#include "files/uninterrupted.h"
 
 namespace halmek {
 
-InputFile::InputFile(const std::string& path) : path_(path) {
+InputFile::InputFile(const std::string& path, ReadCall read) : path_(path), read_(std::move(read)) {
   if (path.find('\0') != std::string::npos)
     throw RunTimeError(run_time_error::badFileName);
   // Non-blocking, so that opening a pipe without a writer returns; it has no effect on regular files.
-  descriptor_ = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  descriptor_ = Uninterrupted([&] { return open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); });
   if (descriptor_ < 0)
     throw ErrorFromSystem(errno, path);
   struct stat status {};
@@ -32,9 +34,7 @@ InputFile::~InputFile() { close(descriptor_); }
 
 void InputFile::ReadAt(int64_t offset, std::span<std::byte> bytes) const {
   while (!bytes.empty()) {
-    const ssize_t got = pread(descriptor_, bytes.data(), bytes.size(), offset);
-    if (got < 0 && errno == EINTR)
-      continue;
+    const ssize_t got = Uninterrupted([&] { return read_(descriptor_, bytes.data(), bytes.size(), offset); });
     if (got < 0)
       throw ErrorFromSystem(errno, path_);
     if (got == 0)

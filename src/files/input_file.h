@@ -1,8 +1,11 @@
 // Reading of files that nobody vouches for.
 #pragma once
 
+#include <unistd.h>
+
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 
@@ -12,15 +15,19 @@ namespace halmek {
 // so that no read can hang.
 class InputFile {
  public:
+  // The call by which files are read, as the system's own. Tests put others in its place.
+  using ReadCall = std::function<ssize_t(int file, void* bytes, size_t size, off_t offset)>;
+
   // Throws RunTimeError 53 (no such file), 76 (no such folder), 75 (not a regular file) or another.
-  explicit InputFile(const std::string& path);
+  explicit InputFile(const std::string& path, ReadCall read = ::pread);
   ~InputFile();
   InputFile(const InputFile&) = delete;
   InputFile& operator=(const InputFile&) = delete;
 
   int64_t size() const { return size_; }
 
-  // Fills `bytes` from the offset on. Throws RunTimeError 62 where the file ends before.
+  // Fills `bytes` from the offset on. Throws RunTimeError 62 where the file ends before, and 75 where signals
+  // interrupt the reading without end.
   void ReadAt(int64_t offset, std::span<std::byte> bytes) const;
 
   // Reads the file's first bytes, at most `limit` of them.
@@ -28,6 +35,7 @@ class InputFile {
 
  private:
   std::string path_;
+  ReadCall read_;
   int descriptor_ = -1;
   int64_t size_ = 0;
 };

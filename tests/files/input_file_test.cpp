@@ -52,6 +52,25 @@ TEST(InputFile, ReadsAtPositionsWithinTheFileOnly) {
     EXPECT_EQ(readAt(offset), "Error: 62  Error: Input past end of file.") << offset;
 }
 
+TEST(InputFile, GoesOnAfterInterruptionsButNotForEver) {
+  const TemporaryFolder folder;
+  WriteFile(folder.File("file"), "0123");
+  for (const int interruptions : {999, 1'000'000'000}) {
+    int left = interruptions;
+    const InputFile file(folder.File("file"), [&](int descriptor, void* bytes, size_t, off_t offset) {
+      errno = EINTR;
+      return left-- > 0 ? -1 : pread(descriptor, bytes, 1, offset);
+    });
+    try {
+      EXPECT_EQ(file.ReadStart(4), "0123");
+      EXPECT_EQ(interruptions, 999);
+    } catch (const RunTimeError& error) {
+      EXPECT_EQ(error.text() + error.detail(),
+                "Error: 75  Error: Path/file access error.the system was interrupted again and again");
+    }
+  }
+}
+
 TEST(RunTimeError, SaysNumberAndText) {
   for (const char* text : {"Error: 72  Error: Disk media error", "Error: 731  Error: Path not found.",
                            "Error: 5  ", "Error: 32000  "})
