@@ -2,6 +2,7 @@
 #include "plot/text_encoding.h"
 
 #include <cstdint>
+#include <cstdio>
 #include <optional>
 
 namespace halmek {
@@ -52,6 +53,18 @@ bool IsUnprintable(uint32_t code) {
   return code < 0x20 || (code >= 0x7F && code < 0xA0) || (code & 0xFFFE) == 0xFFFE;
 }
 
+// Marks, embeddings, overrides and isolates of the direction of writing.
+bool TurnsWriting(uint32_t code) {
+  return code == 0x061C || code == 0x200E || code == 0x200F || (code >= 0x202A && code <= 0x202E) ||
+         (code >= 0x2066 && code <= 0x2069);
+}
+
+std::string EscapeOf(uint32_t code) {
+  char escape[16];
+  std::snprintf(escape, sizeof escape, "\\u%04X", code);
+  return escape;
+}
+
 }  // namespace
 
 std::string Utf8Of(std::string_view bytes) {
@@ -63,6 +76,8 @@ std::string Utf8Of(std::string_view bytes) {
         isUtf8 ? *FirstCharacter(bytes) : Character{static_cast<unsigned char>(bytes[0]), 1};
     if (IsUnprintable(character.code)) {
       text += '?';
+    } else if (TurnsWriting(character.code)) {
+      text += EscapeOf(character.code);
     } else if (isUtf8 || character.code < 0x80) {
       text += bytes.substr(0, character.length);
     } else {

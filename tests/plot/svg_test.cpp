@@ -86,6 +86,11 @@ TEST(Utf8, TakesBytesThatAreNotUtf8AsLatin) {
       {"\xE0\xA0\xBC\xE0\x9F\xBC", "\xC3\xA0\xC2\xA0\xC2\xBC\xC3\xA0?\xC2\xBC"},
       {"\xED\xA0\xB0", "\xC3\xAD\xC2\xA0\xC2\xB0"},
       {"\xF4\xB0\xA0\xA0", "\xC3\xB4\xC2\xB0\xC2\xA0\xC2\xA0"},
+      // The first and last of those that turn the direction of writing, and their neighbours, which do not.
+      {"\u061B\u061C\u061D", "\u061B\\u061C\u061D"},
+      {"\u200D\u200E\u200F\u2010", "\u200D\\u200E\\u200F\u2010"},
+      {"\u2029\u202A\u202E\u202F", "\u2029\\u202A\\u202E\u202F"},
+      {"\u2065\u2066\u2069\u206A", "\u2065\\u2066\\u2069\u206A"},
   };
   for (const auto& [bytes, text] : cases)
     EXPECT_EQ(Utf8Of(bytes), text);

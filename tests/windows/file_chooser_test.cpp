@@ -196,17 +196,19 @@ TEST_F(FileChooserTest, ListsTheFilesOfTheTypeAndKeepsTheName) {
   EXPECT_EQ(Name(), "");
 }
 
-TEST_F(FileChooserTest, KeepsTheBytesOfANameThatIsNoUtf8) {
-  const std::string name = "\xE9toile.fts";
-  fs::copy(folder.File("star.fts"), folder.File(name));
-  const std::function<void()> ways[] = {[&] { Click("File1", "étoile.fts"); },
-                                        [&] { In<QLineEdit>("Text1")->setText("étoile.fts"); }};
-  for (const auto& choose : ways) {
-    Open(choosers::loadData, "frame");
-    choose();
-    Choose(1);  // where it is not listed
-    Press("Command1");
-    EXPECT_EQ(session->slot[slots::frame].fileName, name);
+TEST_F(FileChooserTest, KeepsTheBytesOfANameThatCannotBeShownTruly) {
+  for (const auto& file :
+       {std::pair{"\xE9toile.fts", "étoile.fts"}, {"stf.\u202Eexe.fts", "stf.\\u202Eexe.fts"}}) {
+    fs::copy(folder.File("star.fts"), folder.File(file.first));
+    const std::function<void()> ways[] = {[&] { Click("File1", file.second); },
+                                          [&] { In<QLineEdit>("Text1")->setText(file.second); }};
+    for (const auto& choose : ways) {
+      Open(choosers::loadData, "frame");
+      choose();
+      Choose(1);  // where it is not listed
+      Press("Command1");
+      EXPECT_EQ(session->slot[slots::frame].fileName, file.first);
+    }
   }
 }
 
