@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -252,6 +253,9 @@ int main(int argc, char** argv) {
     return StatusWithOutput(app.exit(asked));
   } catch (const CLI::ParseError& error) {
     return Complain(std::string(error.what()) + "; see halmek-batch --help");
+  } catch (const std::bad_alloc&) {
+    std::fputs("halmek-batch: Error: 7  Out of memory.\n", stderr);
+    return statusRefused;
   } catch (const std::exception& error) {
     Complain(error.what());
     return statusRefused;
