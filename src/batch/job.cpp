@@ -10,6 +10,27 @@
 namespace halmek::batch {
 namespace {
 
+// Says whether `part` of a run came to its end; else the result says why.
+template <class Part>
+bool Ends(const Part& part, const Job& job, JobResult& result) {
+  try {
+    try {
+      part();
+      return true;
+    } catch (const RecipeStopped& stopped) {
+      result.failure = Located(job.recipeName, stopped.line(), stopped.what());
+    } catch (const std::bad_alloc&) {
+      throw;
+    } catch (const std::exception& error) {
+      // The current folder is gone, for example.
+      result.failure = Located(job.recipeName, 0, error.what());
+    }
+  } catch (const std::bad_alloc&) {
+    // The result says so from its beginning.
+  }
+  return false;
+}
+
 void Perform(const Job& job, Session& session, Recorder& recorder, const JobOutput& output,
              JobResult& result) {
   session.dataFolder = std::filesystem::current_path().string();
@@ -24,7 +45,13 @@ void Perform(const Job& job, Session& session, Recorder& recorder, const JobOutp
       output.warning(result.warnings.back());
     }
   });
-  result.succeeded = true;
+}
+
+std::string Names(const std::vector<std::string>& files) {
+  std::string names;
+  for (const std::string& file : files)
+    names += (names.empty() ? "" : ", ") + Printable(LeafName(file));
+  return names.empty() ? "nothing" : names;
 }
 
 }  // namespace
@@ -47,26 +74,35 @@ Job JobOf(const std::string& recipeName, const std::string& text, const Variable
   return {recipeName, ParseRecipe(text, variables)};
 }
 
-JobResult Run(const Job& job, const JobOutput& output) {
+JobResult UnfinishedRun(const Job& job) {
   JobResult result;
+  result.failure = Located(job.recipeName, 0, RunTimeError(run_time_error::outOfMemory).text());
+  return result;
+}
+
+void Run(const Job& job, const JobOutput& output, JobResult& result) noexcept {
   std::unique_ptr<Session> session;
   Recorder recorder(result.record, job.drawsFigures);
-  try {
+  const auto perform = [&] {
     session = std::make_unique<Session>();
     Perform(job, *session, recorder, output, result);
-  } catch (const RecipeStopped& stopped) {
-    result.failure = Located(job.recipeName, stopped.line(), stopped.what());
-  } catch (const std::bad_alloc&) {
-    result.failure = Located(job.recipeName, 0, RunTimeError(run_time_error::outOfMemory).text());
-  } catch (const std::exception& error) {
-    // The current folder is gone, for example.
-    result.failure = Located(job.recipeName, 0, error.what());
-  }
-  if (session) {
-    recorder.AtEnd(*session);
-    result.writtenFiles = session->writtenFiles;
+  };
+  const auto record = [&] {
+    result.wrote = Names(result.writtenFiles);
     result.journal = JournalText(*session);
-  }
+    recorder.AtEnd(*session);
+  };
+  const bool isPerformed = Ends(perform, job, result);
+  if (session)
+    result.writtenFiles = std::move(session->writtenFiles);
+  result.succeeded = session && Ends(record, job, result) && isPerformed;
+  if (result.succeeded)
+    result.failure.clear();
+}
+
+JobResult Run(const Job& job, const JobOutput& output) {
+  JobResult result = UnfinishedRun(job);
+  Run(job, output, result);
   return result;
 }
 

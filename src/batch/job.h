@@ -24,6 +24,7 @@ struct JobResult {
   std::vector<std::string> warnings;  // "RECIPE:LINE: text" each
   std::vector<std::string> found;     // what each step says: its line of output
   std::vector<std::string> writtenFiles;
+  std::string wrote;  // their names without folders, or "nothing", fit to be printed
   std::string journal;
   Record record;
 };
@@ -37,7 +38,15 @@ struct JobOutput {
   std::function<void(const std::string&)> line, warning;
 };
 
-// Runs the job in a session of its own, in the current folder. Whatever fails is in the result.
+// The result of a run that has not ended. It says that memory ran out, since where that happens there may be
+// none to say it.
+JobResult UnfinishedRun(const Job& job);
+
+// Runs the job in a session of its own, in the current folder. Whatever fails is in the result, which must be
+// that of an unfinished run before.
+void Run(const Job& job, const JobOutput& output, JobResult& result) noexcept;
+
+// The same with a result of its own. Throws std::bad_alloc where there is no memory to begin.
 JobResult Run(const Job& job, const JobOutput& output);
 
 // "RECIPE:LINE: text", or "RECIPE: text" for line 0, fit to be printed.
