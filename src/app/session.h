@@ -147,7 +147,8 @@ struct Slice {
   PlotFrame colFrame;
 };
 
-// The background under the spectrum: one model per column, a function of the row.
+// The background under the spectrum: one model per column, a function of the row: the median for power 0,
+// else a0 + a1 t + a2 t^2 with t = row - backgroundCentre.
 struct Background {
   int backgroundPower = 0;  // chosen for the next fit
   int fittedPower = 0;      // of the models below
@@ -155,8 +156,8 @@ struct Background {
   int BackgroundCount = 0;
   FixedTable<double> BackgroundRows{SortBuffer::last};
   FixedTable<double> backgroundMedian{lastPixel};
-  FixedTable<double> backgroundA0{lastPixel}, backgroundA1{lastPixel};
-  FixedTable<double> parabolaA0{lastPixel}, parabolaA1{lastPixel}, parabolaA2{lastPixel};
+  double backgroundCentre = 0;
+  FixedTable<double> backgroundA0{lastPixel}, backgroundA1{lastPixel}, backgroundA2{lastPixel};
 };
 
 struct Continuum {

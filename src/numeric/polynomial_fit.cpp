@@ -1,79 +1,120 @@
-// Least-squares polynomials: closed forms for powers 1 and 2, normal equations for 3 to 5.
+// Least-squares polynomials.
+//
+// The coefficients of a fit are weighted sums of its values, whose weights depend on the abscissae alone.
+// Weights and sums have twice the digits of a double: far outside a narrow range, the highest power enlarges
+// each rounding by (distance / width)^power, which can be 10^16 within a frame.
 #include "numeric/polynomial_fit.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
 
-#include "numeric/linear_solver.h"
+#include "numeric/double_double.h"
 
 namespace halmek {
 namespace {
 
-bool AllFinite(std::initializer_list<double> values) {
+using Coefficients = std::array<DoubleDouble, 6>;
+
+double MiddleOf(std::span<const double> x) {
+  if (x.empty())
+    return 0;
+  const auto [least, largest] = std::minmax_element(x.begin(), x.end());
+  return (*least + *largest) / 2;
+}
+
+// The weights by abscissa, for coefficients of powers of t = x - centre. They add up over polynomials that
+// are orthogonal on the abscissae, p0 = 1 and p(k+1) = (t - alpha) pk - beta p(k-1): a fit has each of these
+// with the coefficient (sum of pk y) / (sum of pk squared).
+std::vector<Coefficients> ExactWeights(int power, std::span<const double> x, double centre) {
+  const size_t n = x.size(), terms = static_cast<size_t>(power) + 1;
+  std::vector<Coefficients> weights(n);
+  std::vector<DoubleDouble> t(n), p(n, 1), before(n);  // pk and p(k-1) at the abscissae
+  for (size_t i = 0; i < n; ++i)
+    t[i] = DoubleDouble::Sum(x[i], -centre);
+  Coefficients c{1}, cBefore{};  // the same in powers of t
+  DoubleDouble sumSqBefore = 1;
+  for (size_t k = 0; k < terms; ++k) {
+    DoubleDouble sumSq, moment;
+    for (size_t i = 0; i < n; ++i) {
+      const DoubleDouble square = p[i] * p[i];
+      sumSq += square;
+      moment += t[i] * square;
+    }
+    for (size_t j = 0; j <= k; ++j) {
+      const DoubleDouble share = c[j] / sumSq;
+      for (size_t i = 0; i < n; ++i)
+        weights[i][j] += share * p[i];
+    }
+
+    const DoubleDouble alpha = moment / sumSq, beta = k == 0 ? 0 : sumSq / sumSqBefore;
+    sumSqBefore = sumSq;
+    for (size_t i = 0; i < n; ++i) {
+      const DoubleDouble next = (t[i] - alpha) * p[i] - beta * before[i];
+      before[i] = p[i];
+      p[i] = next;
+    }
+    Coefficients next{};
+    for (size_t j = 0; j < terms; ++j)
+      next[j] = (j == 0 ? 0 : c[j - 1]) - alpha * c[j] - beta * cBefore[j];
+    cBefore = c;
+    c = next;
+  }
+  return weights;
+}
+
+std::array<double, 6> Rounded(const Coefficients& exact) {
+  std::array<double, 6> a;
+  std::transform(exact.begin(), exact.end(), a.begin(),
+                 [](const DoubleDouble& v) { return static_cast<double>(v); });
+  return a;
+}
+
+bool AllFinite(const std::array<double, 6>& values) {
   return std::all_of(values.begin(), values.end(), [](double v) { return std::isfinite(v); });
 }
 
-// The cofactors of the normal matrix of a parabola, row by row; the matrix is symmetric.
-struct ParabolaCofactors {
-  double c00, c01, c02, c11, c12, c22;
-  double determinant;
+Coefficients SumOf(const std::vector<Coefficients>& weights, std::span<const double> y) {
+  Coefficients a{};
+  for (size_t i = 0; i < y.size(); ++i)
+    for (size_t k = 0; k < a.size(); ++k)
+      a[k] += weights[i][k] * y[i];
+  return a;
+}
 
-  explicit ParabolaCofactors(const ParabolaSums& s)
-      : c00(s.x2 * s.x4 - s.x3 * s.x3),
-        c01(-(s.x * s.x4 - s.x3 * s.x2)),
-        c02(s.x * s.x3 - s.x2 * s.x2),
-        c11(s.n * s.x4 - s.x2 * s.x2),
-        c12(-(s.n * s.x3 - s.x * s.x2)),
-        c22(s.n * s.x2 - s.x * s.x),
-        determinant(s.n * c00 + s.x * c01 + s.x2 * c02) {}
+// A fit in powers of x: the coefficients, the sums of the squares of their weights, which give their standard
+// errors, and the sum of the squared residuals.
+struct FitWithErrors {
+  std::array<double, 6> a{}, squares{};
+  double sumSq = 0;
 };
 
-// The fit of y on 1, x, ..., x^power by its normal equations.
-std::optional<Polynomial> FitByNormalEquations(int power, std::span<const double> x,
-                                               std::span<const double> y) {
-  const int unknowns = power + 1;
-  if (!HasDistinct(x, unknowns))
+std::optional<FitWithErrors> FitInPowersOfX(int power, std::span<const double> x, std::span<const double> y) {
+  if (!HasDistinct(x, power + 1))
     return std::nullopt;
-
-  std::array<double, 11> xSums{};  // of x^0 to x^(2 power)
-  std::array<double, 6> xySums{};  // of x^0 y to x^power y
-  std::array<double, 11> xPower{};
-  xPower[0] = 1;
+  const std::vector<Coefficients> weights = ExactWeights(power, x, 0);
+  FitWithErrors fit{.a = Rounded(SumOf(weights, y))};
+  // About the curve as it is given, so that a line of round coefficients leaves nothing of points on it.
+  const Polynomial curve{.power = power, .a = fit.a};
+  Coefficients squares{};
   for (size_t i = 0; i < x.size(); ++i) {
-    xPower[1] = x[i];
-    for (int k = 2; k <= 2 * power; ++k)
-      xPower[k] = xPower[k - k / 2] * xPower[k / 2];
-    for (int k = 0; k <= 2 * power; ++k)
-      xSums[k] += xPower[k];
-    for (int k = 0; k <= power; ++k)
-      xySums[k] += xPower[k] * y[i];
+    const double residual = y[i] - curve(x[i]);
+    fit.sumSq += residual * residual;
+    for (size_t k = 0; k < squares.size(); ++k)
+      squares[k] += weights[i][k] * weights[i][k];
   }
-
-  NormalMatrix matrix{};
-  for (int row = 1; row <= unknowns; ++row) {
-    for (int column = 1; column <= unknowns; ++column)
-      matrix[row][column] = xSums[row + column - 2];
-    matrix[row][unknowns + 1] = xySums[row - 1];
-  }
-  if (!SolveLinearSystem(matrix, unknowns))
-    return std::nullopt;
-
-  Polynomial fit{.power = power, .a = {}};
-  for (int k = 0; k <= power; ++k)
-    fit.a[k] = matrix[k + 1][unknowns + 1];
-  return fit;
+  fit.squares = Rounded(squares);
+  const bool isFinite = AllFinite(fit.a) && AllFinite(fit.squares) && std::isfinite(fit.sumSq);
+  return isFinite ? std::optional(fit) : std::nullopt;
 }
 
 }  // namespace
 
 double Polynomial::operator()(double x) const {
-  double sum = a[0];
-  double xPower = 1;
-  for (int k = 1; k <= power; ++k) {
-    xPower *= x;
-    sum += a[k] * xPower;
-  }
+  const double t = x - centre;
+  double sum = 0;
+  for (int k = power; k >= 0; --k)
+    sum = sum * t + a[k];
   return sum;
 }
 
@@ -89,137 +130,47 @@ bool HasDistinct(std::span<const double> x, int count) {
   return found >= count;
 }
 
-LineSums SumsForLine(std::span<const double> x) {
-  LineSums s{.n = static_cast<double>(x.size())};
-  for (double value : x) {
-    s.x += value;
-    s.xx += value * value;
-  }
-  return s;
-}
-
-ParabolaSums SumsForParabola(std::span<const double> x) {
-  ParabolaSums s{.n = static_cast<double>(x.size())};
-  for (double value : x) {
-    const double square = value * value;
-    s.x += value;
-    s.x2 += square;
-    s.x3 += value * square;
-    s.x4 += square * square;
-  }
-  return s;
-}
-
-std::optional<LineCoefficients> SolveLine(const LineSums& s, double y, double xy) {
-  const double determinant = s.n * s.xx - s.x * s.x;
-  const LineCoefficients c{(s.xx * y - s.x * xy) / determinant, (s.n * xy - s.x * y) / determinant};
-  if (determinant == 0 || !AllFinite({c.a0, c.a1}))
-    return std::nullopt;
-  return c;
-}
-
-std::optional<ParabolaCoefficients> SolveParabola(const ParabolaSums& s, double y, double xy, double x2y) {
-  const ParabolaCofactors m(s);
-  const double d = m.determinant;
-  const ParabolaCoefficients c{(m.c00 * y + m.c01 * xy + m.c02 * x2y) / d,
-                               (m.c01 * y + m.c11 * xy + m.c12 * x2y) / d,
-                               (m.c02 * y + m.c12 * xy + m.c22 * x2y) / d};
-  if (d == 0 || !AllFinite({c.a0, c.a1, c.a2}))
-    return std::nullopt;
-  return c;
-}
-
 std::optional<LineFit> FitLinear(std::span<const double> x, std::span<const double> y) {
-  if (!HasDistinct(x, 2))
+  const auto fit = FitInPowersOfX(1, x, y);
+  if (!fit)
     return std::nullopt;
-  const LineSums s = SumsForLine(x);
-  double ySum = 0, xySum = 0;
-  for (size_t i = 0; i < x.size(); ++i) {
-    ySum += y[i];
-    xySum += x[i] * y[i];
-  }
-  const auto line = SolveLine(s, ySum, xySum);
-  if (!line)
-    return std::nullopt;
-
-  LineFit fit{.a0 = line->a0, .a1 = line->a1};
-  for (size_t i = 0; i < x.size(); ++i) {
-    const double residual = y[i] - (fit.a0 + fit.a1 * x[i]);
-    fit.sumSq += residual * residual;
-  }
-  const double determinant = s.n * s.xx - s.x * s.x;
-  const double sigma = s.n > 2 ? std::sqrt(fit.sumSq / (s.n - 1)) : 0;
-  fit.sigmaA0 = sigma * std::sqrt(s.xx / determinant);
-  fit.sigmaA1 = sigma * std::sqrt(s.n / determinant);
-  if (!AllFinite({fit.sumSq, fit.sigmaA0, fit.sigmaA1}))
-    return std::nullopt;
-  return fit;
+  const double sigma = x.size() > 2 ? std::sqrt(fit->sumSq / static_cast<double>(x.size() - 1)) : 0;
+  return LineFit{.a0 = fit->a[0],
+                 .a1 = fit->a[1],
+                 .sigmaA0 = sigma * std::sqrt(fit->squares[0]),
+                 .sigmaA1 = sigma * std::sqrt(fit->squares[1]),
+                 .sumSq = fit->sumSq};
 }
 
 std::optional<ParabolaFit> FitPower2(std::span<const double> x, std::span<const double> y) {
-  if (!HasDistinct(x, 3))
+  const auto fit = FitInPowersOfX(2, x, y);
+  if (!fit)
     return std::nullopt;
-  const ParabolaSums s = SumsForParabola(x);
-  double ySum = 0, xySum = 0, x2ySum = 0;
-  for (size_t i = 0; i < x.size(); ++i) {
-    ySum += y[i];
-    xySum += x[i] * y[i];
-    x2ySum += x[i] * x[i] * y[i];
-  }
-  const auto parabola = SolveParabola(s, ySum, xySum, x2ySum);
-  if (!parabola)
-    return std::nullopt;
-
-  ParabolaFit fit{.a0 = parabola->a0, .a1 = parabola->a1, .a2 = parabola->a2};
-  fit.vertex = fit.a2 == 0 ? std::numeric_limits<double>::infinity() : -fit.a1 / (2 * fit.a2);
-
-  // Each coefficient is a weighted sum of the values; the weights' squares give its standard error.
-  const ParabolaCofactors m(s);
-  double sumSq = 0, weights1 = 0, weights2 = 0;
-  for (size_t i = 0; i < x.size(); ++i) {
-    const double square = x[i] * x[i];
-    const double residual = y[i] - (fit.a0 + fit.a1 * x[i] + fit.a2 * square);
-    const double w1 = (m.c01 + m.c11 * x[i] + m.c12 * square) / m.determinant;
-    const double w2 = (m.c02 + m.c12 * x[i] + m.c22 * square) / m.determinant;
-    sumSq += residual * residual;
-    weights1 += w1 * w1;
-    weights2 += w2 * w2;
-  }
-  fit.sigma = s.n > 3 ? std::sqrt(sumSq / (s.n - 3)) : 0;
-  fit.sigmaA1 = fit.sigma * std::sqrt(weights1);
-  fit.sigmaA2 = fit.sigma * std::sqrt(weights2);
-  if (!AllFinite({fit.sigma, fit.sigmaA1, fit.sigmaA2}))
-    return std::nullopt;
-  return fit;
-}
-
-std::optional<Polynomial> FitPower3(std::span<const double> x, std::span<const double> y) {
-  return FitByNormalEquations(3, x, y);
-}
-
-std::optional<Polynomial> FitPower4(std::span<const double> x, std::span<const double> y) {
-  return FitByNormalEquations(4, x, y);
-}
-
-std::optional<Polynomial> FitPower5(std::span<const double> x, std::span<const double> y) {
-  return FitByNormalEquations(5, x, y);
+  const double a1 = fit->a[1], a2 = fit->a[2];
+  const double sigma = x.size() > 3 ? std::sqrt(fit->sumSq / static_cast<double>(x.size() - 3)) : 0;
+  return ParabolaFit{.a0 = fit->a[0],
+                     .a1 = a1,
+                     .a2 = a2,
+                     .vertex = a2 == 0 ? std::numeric_limits<double>::infinity() : -a1 / (2 * a2),
+                     .sigma = sigma,
+                     .sigmaA1 = sigma * std::sqrt(fit->squares[1]),
+                     .sigmaA2 = sigma * std::sqrt(fit->squares[2])};
 }
 
 std::optional<Polynomial> FitPolynomial(int power, std::span<const double> x, std::span<const double> y) {
-  switch (power) {
-    case 2: {
-      const auto fit = FitPower2(x, y);
-      return fit ? std::optional(Polynomial{.power = 2, .a = {fit->a0, fit->a1, fit->a2}}) : std::nullopt;
-    }
-    case 3:
-      return FitPower3(x, y);
-    case 4:
-      return FitPower4(x, y);
-    case 5:
-      return FitPower5(x, y);
-    default:
-      return std::nullopt;
-  }
+  if (power < 2 || power > 5 || !HasDistinct(x, power + 1))
+    return std::nullopt;
+  const double centre = MiddleOf(x);
+  const Polynomial fit{
+      .power = power, .centre = centre, .a = Rounded(SumOf(ExactWeights(power, x, centre), y))};
+  return AllFinite(fit.a) ? std::optional(fit) : std::nullopt;
+}
+
+FitWeights WeightsOfFit(int power, std::span<const double> x) {
+  FitWeights fit{.centre = MiddleOf(x), .weights = {}};
+  for (const Coefficients& exact : ExactWeights(power, x, fit.centre))
+    fit.weights.push_back(Rounded(exact));
+  return fit;
 }
 
 }  // namespace halmek

@@ -1,18 +1,23 @@
 // Unweighted least-squares fits of polynomials of power 1 to 5.
 //
 // Abscissae and values are parallel and of equal length. A fit is singular, and gives no result, where it has
-// fewer distinct abscissae than coefficients, a zero determinant or pivot, or a result that is not finite.
+// fewer distinct abscissae than coefficients or a result that is not finite. However narrow the range of the
+// abscissae and however far from 0, the coefficients are right to the last digits of a double.
 #pragma once
 
 #include <array>
 #include <optional>
 #include <span>
+#include <vector>
 
 namespace halmek {
 
-// A polynomial a[0] + a[1] x + ... + a[power] x^power of power 0 to 5.
+// The polynomial a[0] + a[1] t + ... + a[power] t^power of power 0 to 5 in t = x - centre. A fit has the
+// middle of its abscissae as the centre, since in powers of x itself a narrow range leaves differences of
+// large terms.
 struct Polynomial {
   int power = 0;
+  double centre = 0;
   std::array<double, 6> a{};
 
   double operator()(double x) const;
@@ -35,41 +40,21 @@ struct ParabolaFit {
   double sigmaA1 = 0, sigmaA2 = 0;
 };
 
-// The sums that a fit of a line takes over its points, for callers that fit many value rows on one set of
-// abscissae: x sums once, y sums per row.
-struct LineSums {
-  double n = 0, x = 0, xx = 0;
-};
-struct LineCoefficients {
-  double a0, a1;
-};
-
-// Closed form by Cramer's rule; no check of its own but the determinant's: nothing where it is 0.
-std::optional<LineCoefficients> SolveLine(const LineSums& sums, double y, double xy);
-
-struct ParabolaSums {
-  double n = 0, x = 0, x2 = 0, x3 = 0, x4 = 0;
-};
-struct ParabolaCoefficients {
-  double a0, a1, a2;
-};
-std::optional<ParabolaCoefficients> SolveParabola(const ParabolaSums& sums, double y, double xy, double x2y);
-
-LineSums SumsForLine(std::span<const double> x);
-ParabolaSums SumsForParabola(std::span<const double> x);
-
 // True if `x` holds at least `count` (at most 6) different values.
 bool HasDistinct(std::span<const double> x, int count);
 
 std::optional<LineFit> FitLinear(std::span<const double> x, std::span<const double> y);
 std::optional<ParabolaFit> FitPower2(std::span<const double> x, std::span<const double> y);
 
-// By normal equations and SolveLinearSystem, on the raw abscissae.
-std::optional<Polynomial> FitPower3(std::span<const double> x, std::span<const double> y);
-std::optional<Polynomial> FitPower4(std::span<const double> x, std::span<const double> y);
-std::optional<Polynomial> FitPower5(std::span<const double> x, std::span<const double> y);
-
-// The fit of that power, 2 to 5, as a polynomial.
+// The fit of that power, 2 to 5; nothing for other powers.
 std::optional<Polynomial> FitPolynomial(int power, std::span<const double> x, std::span<const double> y);
+
+// For callers that fit many rows of values on one set of abscissae: each coefficient is a weighted sum of the
+// values, a[k] the sum of weights[i][k] y[i]. The weights of too few distinct abscissae are not finite.
+struct FitWeights {
+  double centre = 0;                           // of the polynomials
+  std::vector<std::array<double, 6>> weights;  // by abscissa; 0 for coefficients beyond the power
+};
+FitWeights WeightsOfFit(int power, std::span<const double> x);
 
 }  // namespace halmek

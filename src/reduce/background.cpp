@@ -6,6 +6,8 @@
 #include "reduce/background.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <vector>
 
 namespace halmek {
@@ -49,61 +51,49 @@ void FitMedians(Session& s, const std::vector<double>& rows, int columns) {
   }
 }
 
-// Sums of values times powers of the row, for every column.
-struct ColumnSums {
-  explicit ColumnSums(size_t columns) : y(columns), xy(columns), x2y(columns) {}
-  std::vector<double> y, xy, x2y;
-};
+// The coefficients of power 1 or 2, each for every column: sums of the pixels times their rows' weights.
+using ColumnSums = std::array<std::vector<double>, 3>;
 
-ColumnSums SumColumns(const Session& s, const std::vector<double>& rows, int columns) {
-  ColumnSums sums(static_cast<size_t>(columns));
-  double* const y = sums.y.data();
-  double* const xy = sums.xy.data();
-  double* const x2y = sums.x2y.data();
+ColumnSums SumColumns(const Session& s, const std::vector<double>& rows, const FitWeights& fit, int columns) {
+  ColumnSums sums;
+  for (std::vector<double>& sum : sums)
+    sum.resize(static_cast<size_t>(columns));
+  double* const a0 = sums[0].data();
+  double* const a1 = sums[1].data();
+  double* const a2 = sums[2].data();
   const bool isParabola = s.background.backgroundPower == 2;
-  for (double x : rows) {
-    const auto values = s.image.Row(static_cast<int>(x), 1, columns);
+  for (size_t i = 0; i < rows.size(); ++i) {
+    const auto values = s.image.Row(static_cast<int>(rows[i]), 1, columns);
     const double* const v = values.data();
+    const std::array<double, 6> weight = fit.weights[i];
     for (size_t c = 0; c < values.size(); ++c) {
-      y[c] += v[c];
-      xy[c] += x * v[c];
+      a0[c] += weight[0] * v[c];
+      a1[c] += weight[1] * v[c];
     }
     if (isParabola)
       for (size_t c = 0; c < values.size(); ++c)
-        x2y[c] += x * x * v[c];
+        a2[c] += weight[2] * v[c];
   }
   return sums;
 }
 
-// A column whose pixels are too large to be summed has no fit.
-[[noreturn]] void ThrowNoFit(Session& s, int column) {
-  s.workflow.crunchEnabled = s.background.backgroundFitted = false;  // the columns before have new models
-  throw RunTimeError(run_time_error::overflow, "the background of column " + std::to_string(column));
-}
+// A column whose pixels are too large has no fit: the sums of its extraction could overflow.
+bool IsUsable(double coefficient) { return std::fabs(coefficient) < 1e300; }
 
-void FitLines(Session& s, const std::vector<double>& rows, int columns) {
-  const LineSums x = SumsForLine(rows);
-  const ColumnSums sums = SumColumns(s, rows, columns);
-  for (int c = 1; c <= columns; ++c) {
-    const auto line = SolveLine(x, sums.y[c - 1], sums.xy[c - 1]);
-    if (!line)
-      ThrowNoFit(s, c);
-    s.background.backgroundA0(c) = line->a0;
-    s.background.backgroundA1(c) = line->a1;
-  }
-}
-
-void FitParabolas(Session& s, const std::vector<double>& rows, int columns) {
-  const ParabolaSums x = SumsForParabola(rows);
-  const ColumnSums sums = SumColumns(s, rows, columns);
-  for (int c = 1; c <= columns; ++c) {
-    const auto parabola = SolveParabola(x, sums.y[c - 1], sums.xy[c - 1], sums.x2y[c - 1]);
-    if (!parabola)
-      ThrowNoFit(s, c);
-    s.background.parabolaA0(c) = parabola->a0;
-    s.background.parabolaA1(c) = parabola->a1;
-    s.background.parabolaA2(c) = parabola->a2;
-  }
+void FitCurves(Session& s, const std::vector<double>& rows, int columns) {
+  Background& background = s.background;
+  const FitWeights fit = WeightsOfFit(background.backgroundPower, rows);
+  const ColumnSums sums = SumColumns(s, rows, fit, columns);
+  for (const std::vector<double>& sum : sums)
+    if (const auto bad = std::find_if_not(sum.begin(), sum.end(), IsUsable); bad != sum.end()) {
+      s.workflow.crunchEnabled = background.backgroundFitted = false;
+      throw RunTimeError(run_time_error::overflow,
+                         "the background of column " + std::to_string(bad - sum.begin() + 1));
+    }
+  background.backgroundCentre = fit.centre;
+  std::copy(sums[0].begin(), sums[0].end(), background.backgroundA0.Range(1, columns).begin());
+  std::copy(sums[1].begin(), sums[1].end(), background.backgroundA1.Range(1, columns).begin());
+  std::copy(sums[2].begin(), sums[2].end(), background.backgroundA2.Range(1, columns).begin());
 }
 
 }  // namespace
@@ -124,29 +114,19 @@ void FitBackground(Session& s) {
 
   background.BackgroundCount = static_cast<int>(rows.size());
   std::copy(rows.begin(), rows.end(), background.BackgroundRows.Range(1, background.BackgroundCount).begin());
-  switch (background.backgroundPower) {
-    case 0:
-      FitMedians(s, rows, columns);
-      break;
-    case 1:
-      FitLines(s, rows, columns);
-      break;
-    default:
-      FitParabolas(s, rows, columns);
-  }
+  if (background.backgroundPower == 0)
+    FitMedians(s, rows, columns);
+  else
+    FitCurves(s, rows, columns);
   background.fittedPower = background.backgroundPower;
   background.backgroundFitted = true;
 }
 
 double BackgroundAt(const Background& b, int column, double row) {
-  switch (b.fittedPower) {
-    case 0:
-      return b.backgroundMedian(column);
-    case 1:
-      return b.backgroundA0(column) + b.backgroundA1(column) * row;
-    default:
-      return b.parabolaA0(column) + b.parabolaA1(column) * row + b.parabolaA2(column) * (row * row);
-  }
+  if (b.fittedPower == 0)
+    return b.backgroundMedian(column);
+  const double t = row - b.backgroundCentre;
+  return b.backgroundA0(column) + (b.backgroundA1(column) + b.backgroundA2(column) * t) * t;
 }
 
 }  // namespace halmek

@@ -25,26 +25,25 @@ void CopyHeader(Session& s, int firstRow, int lastRow) {
   spectrum.savedFile.clear();
 }
 
-// Adds the pixels of the row to the sums, less the background at that row.
-void AddRow(std::span<double> sums, std::span<const double> pixels, const Background& b, int columns,
-            double row) {
+// Adds the pixels of the row to the sums, less the background at that row; that of power 0, which is the same
+// at every row, is left to the end.
+void AddRow(std::span<double> sums, std::span<const double> pixels, const Background& b, double row) {
+  const int columns = static_cast<int>(sums.size());
+  const double t = row - b.backgroundCentre;
+  const auto a0 = b.backgroundA0.Range(1, columns), a1 = b.backgroundA1.Range(1, columns);
+  const auto a2 = b.backgroundA2.Range(1, columns);
   switch (b.fittedPower) {
     case 0:
       for (size_t c = 0; c < sums.size(); ++c)
         sums[c] += pixels[c];
       break;
-    case 1: {
-      const auto a0 = b.backgroundA0.Range(1, columns), a1 = b.backgroundA1.Range(1, columns);
+    case 1:
       for (size_t c = 0; c < sums.size(); ++c)
-        sums[c] += pixels[c] - (a0[c] + a1[c] * row);
+        sums[c] += pixels[c] - (a0[c] + a1[c] * t);
       break;
-    }
-    default: {
-      const auto a0 = b.parabolaA0.Range(1, columns), a1 = b.parabolaA1.Range(1, columns);
-      const auto a2 = b.parabolaA2.Range(1, columns);
+    default:
       for (size_t c = 0; c < sums.size(); ++c)
-        sums[c] += pixels[c] - (a0[c] + a1[c] * row + a2[c] * (row * row));
-    }
+        sums[c] += pixels[c] - (a0[c] + (a1[c] + a2[c] * t) * t);
   }
 }
 
@@ -62,7 +61,7 @@ void CrunchFrame(Session& s) {
   const std::span<double> sums = spectrum.spectrum.Range(1, columns);
   std::fill(sums.begin(), sums.end(), 0.0);
   for (int row = first; row <= last; ++row)
-    AddRow(sums, s.image.Row(row, 1, columns), s.background, columns, row);
+    AddRow(sums, s.image.Row(row, 1, columns), s.background, row);
   if (s.background.fittedPower == 0)
     for (int c = 1; c <= columns; ++c)
       spectrum.spectrum(c) -= (last - first + 1) * s.background.backgroundMedian(c);

@@ -4,8 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <optional>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "numeric/linear_solver.h"
@@ -13,36 +16,84 @@
 namespace halmek {
 namespace {
 
-TEST(FitPolynomial, GivesTheCurveOfEveryPowerThroughAsManyPointsAsItNeedsAndMore) {
-  for (int power = 2; power <= 5; ++power) {
-    const Polynomial truth{.power = power, .a = {1, 1, 1, 1, 1, 1}};
-    EXPECT_EQ(truth(1), power + 1);
-    for (const int last : {power, 20}) {
-      std::vector<double> x, y;
-      for (int i = 0; i <= last; ++i) {
-        x.push_back(i);
-        y.push_back(truth(i));
-      }
-      const auto fit = FitPolynomial(power, x, y);
-      ASSERT_TRUE(fit);
-      EXPECT_EQ(fit->power, power);
-      for (size_t k = 0; k <= static_cast<size_t>(power); ++k)
-        EXPECT_NEAR(fit->a[k], 1, 1e-6);
-    }
+// Scatter that no fit sees: the differences of the order after its power are orthogonal, on equally spaced
+// points, to every polynomial of that power.
+std::vector<double> Scattered(std::vector<double> values, int power) {
+  double binomial = 1000;
+  for (int k = 0; k <= power + 1 && static_cast<int>(values.size()) >= power + 2; ++k) {
+    values[k] += binomial;
+    binomial *= -(power + 1.0 - k) / (k + 1);
   }
+  return values;
 }
 
-TEST(ClosedForms, GiveExactCurvesWithoutScatter) {
-  const std::vector<double> x{2, 10, 11}, line{6, 2, 1.5}, parabola{3, 51, 66}, two{1, 2}, onLine{8, 9};
-  const auto first = FitLinear(x, line);
-  const auto second = FitPower2(x, parabola);
-  const auto twoPoints = FitLinear(two, onLine);
-  ASSERT_TRUE(first && second && twoPoints);
-  for (const double error :
-       {first->a0 - 7, first->a1 + 0.5, first->sumSq, first->sigmaA0, first->sigmaA1, second->a0 - 11,
-        second->a1 + 6, second->a2 - 1, second->vertex - 3, second->sigma, second->sigmaA1, twoPoints->a0 - 7,
-        twoPoints->a1 - 1, twoPoints->sigmaA0, twoPoints->sigmaA1})
-    EXPECT_NEAR(error, 0, 1e-10);
+// The fit of that power; a straight line, which is given by intercept and slope, as a polynomial.
+std::optional<Polynomial> FitOf(int power, const std::vector<double>& x, const std::vector<double>& y) {
+  if (power > 1)
+    return FitPolynomial(power, x, y);
+  const auto line = FitLinear(x, y);
+  return line ? std::optional(Polynomial{.power = 1, .a = {line->a0, line->a1}}) : std::nullopt;
+}
+
+TEST(Fits, FindTheCurveFromAnyColumnsOfAFrameOnAllOfIt) {
+  // The first column, the distance of the points, and their number, 0 for as few as the power allows.
+  const std::tuple<int, int, int> points[] = {{1, 1, 0},     {1500, 1, 0},    {2995, 1, 0}, {2994, 1, 7},
+                                              {2900, 6, 17}, {2900, 1, 101},  {1, 3, 10},   {1, 599, 0},
+                                              {1, 25, 120},  {1000, 1, 1000}, {1, 1, 3000}};
+  for (int power = 1; power <= 5; ++power)
+    for (const auto& [first, step, number] : points)
+      for (const std::array<double, 6>& a : {std::array<double, 6>{1e4}, {1e4, -3, 2, -1, 3, 1}}) {
+        const Polynomial truth{.power = power, .centre = static_cast<double>(first), .a = a};
+        std::vector<double> x, y;
+        for (int k = 0; k < (number == 0 ? power + 1 : number); ++k) {
+          x.push_back(first + step * k);
+          y.push_back(truth(x.back()));
+        }
+        const auto fit = FitOf(power, x, Scattered(y, power));
+        ASSERT_TRUE(fit);
+        for (const auto& [from, to] : {std::pair(x.front(), x.back()), std::pair(1.0, 3000.0)}) {
+          double largest = 0, error = 0;
+          for (double column = from; column <= to; ++column) {
+            largest = std::max(largest, std::fabs(truth(column)));
+            error = std::max(error, std::fabs((*fit)(column)-truth(column)));
+          }
+          EXPECT_LT(error, 1e-12 * largest) << power << " from " << first << " by " << step << ": " << number;
+        }
+      }
+}
+
+TEST(ClosedForms, GiveErrorsAndVertexOfNarrowRangesFarFromZero) {
+  std::vector<double> x, flat, curved;
+  for (int column = 2990; column <= 3000; ++column) {
+    x.push_back(column);
+    flat.push_back(2 * column - 5000);
+    curved.push_back((column - 2995) * (column - 2995) + 7);
+  }
+  const LineFit line = FitLinear(x, Scattered(flat, 1)).value();
+  const ParabolaFit parabola = FitPower2(x, Scattered(curved, 2)).value();
+  // The sums of squares are 110 for the distances from the middle and 858 for the parabola orthogonal to
+  // them.
+  const double lineSigma = std::sqrt(6e6 / 10), parabolaSigma = std::sqrt(20e6 / 8);
+  const std::pair<double, double> results[] = {
+      {line.a0, -5000},
+      {line.a1, 2},
+      {line.sumSq, 6e6},
+      {line.sigmaA0, lineSigma * std::sqrt(1 / 11.0 + 2995 * 2995 / 110.0)},
+      {line.sigmaA1, lineSigma / std::sqrt(110)},
+      {parabola.a0, 2995 * 2995 + 7},
+      {parabola.a1, -2 * 2995},
+      {parabola.a2, 1},
+      {parabola.vertex, 2995},
+      {parabola.sigma, parabolaSigma},
+      {parabola.sigmaA1, parabolaSigma * std::sqrt(1 / 110.0 + 4 * 2995 * 2995 / 858.0)},
+      {parabola.sigmaA2, parabolaSigma / std::sqrt(858)},
+  };
+  for (const auto& [value, truth] : results)
+    EXPECT_NEAR(value / truth, 1, 1e-14) << truth;
+  const std::vector<double> two{1, 2}, three{1, 2, 4}, zero(3);
+  const LineFit throughTwo = FitLinear(two, two).value();
+  EXPECT_EQ(throughTwo.sigmaA0 + throughTwo.sigmaA1, 0) << "no degree of freedom is left";
+  EXPECT_TRUE(std::isinf(FitPower2(three, zero).value().vertex));
 }
 
 TEST(Fits, GiveNothingWhereTheyAreSingular) {
