@@ -85,11 +85,10 @@ void FitCurves(Session& s, const std::vector<double>& rows, int columns) {
   const FitWeights fit = WeightsOfFit(background.backgroundPower, rows);
   const ColumnSums sums = SumColumns(s, rows, fit, columns);
   for (const std::vector<double>& sum : sums)
-    if (const auto bad = std::find_if_not(sum.begin(), sum.end(), IsUsable); bad != sum.end()) {
-      s.workflow.crunchEnabled = background.backgroundFitted = false;
+    if (const auto bad = std::find_if_not(sum.begin(), sum.end(), IsUsable); bad != sum.end())
       throw RunTimeError(run_time_error::overflow,
                          "the background of column " + std::to_string(bad - sum.begin() + 1));
-    }
+
   background.backgroundCentre = fit.centre;
   std::copy(sums[0].begin(), sums[0].end(), background.backgroundA0.Range(1, columns).begin());
   std::copy(sums[1].begin(), sums[1].end(), background.backgroundA1.Range(1, columns).begin());
@@ -112,12 +111,12 @@ void FitBackground(Session& s) {
   if (columns == 0)
     throw Refusal("Hey, no 2-D file has been loaded!");
 
-  background.BackgroundCount = static_cast<int>(rows.size());
-  std::copy(rows.begin(), rows.end(), background.BackgroundRows.Range(1, background.BackgroundCount).begin());
   if (background.backgroundPower == 0)
     FitMedians(s, rows, columns);
   else
     FitCurves(s, rows, columns);
+  background.BackgroundCount = static_cast<int>(rows.size());
+  std::copy(rows.begin(), rows.end(), background.BackgroundRows.Range(1, background.BackgroundCount).begin());
   background.fittedPower = background.backgroundPower;
   background.backgroundFitted = true;
 }

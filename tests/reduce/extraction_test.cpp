@@ -109,6 +109,18 @@ TEST_F(Extraction, ABackgroundThatCannotBeFittedIsRefusedAndTheOldFitStays) {
   }
   AcceptBackground(s);
   EXPECT_TRUE(s.workflow.crunchEnabled && s.workflow.sliceStatus == doneText);
+  const auto state = [&] {
+    const Background& b = s.background;
+    return std::tuple(BackgroundAt(b, 1, 280), BackgroundAt(b, 3, 280), b.fittedPower, b.BackgroundCount,
+                      b.BackgroundRows(20), b.backgroundFitted, s.workflow.crunchEnabled);
+  };
+  const auto before = state();
+  s.image(7, 1) = 5000;
+  s.image(7, 2) = 1e307;
+  for (int power : {1, 2}) {
+    EXPECT_EQ(RefusalOf([&] { Fit(power, 1, 10, 40, 60); }), "Error: 6  Error: Overflow.") << power;
+    EXPECT_EQ(state(), before) << power;
+  }
   EXPECT_NE(RefusalOf([&] { SetAperture(s, 0, 5); }), "");
   CancelBackground(s);
   EXPECT_EQ(RefusalOf([&] { FitBackground(s); }), "Hey, you need to set the aperture(s).");
