@@ -153,11 +153,11 @@ class OutputFile {
     constexpr int mostNames = 100;
     for (int i = 1; hiddenName_.empty(); ++i) {
       // Another machine may use the same name on a common disk.
-      const std::string name = HiddenName(target_);
+      std::string name = HiddenName(target_);
       const bool isOpen = Open(name, O_CREAT | O_EXCL);
       Require(isOpen || (errno == EEXIST && i < mostNames));
       if (isOpen)
-        KeepIfNotRemoved(name);
+        KeepIfNotRemoved(std::move(name));
     }
   }
 
@@ -199,10 +199,10 @@ class OutputFile {
     if (!target_.exists && Link(target_.path))
       return true;
     // Only a file with a name can replace another.
-    const std::string name = HiddenName(target_);
+    std::string name = HiddenName(target_);
     if (!Link(name))
       return false;
-    hiddenName_ = name;
+    hiddenName_ = std::move(name);
     Replace();
     return true;
   }
@@ -225,8 +225,8 @@ class OutputFile {
   void Lock() { system_.flock(file_, LOCK_EX | LOCK_NB); }
 
   // It may have been taken for one before it was locked.
-  void KeepIfNotRemoved(const std::string& name) {
-    hiddenName_ = name;
+  void KeepIfNotRemoved(std::string name) {
+    hiddenName_ = std::move(name);
     Lock();
     if (Status().st_nlink > 0)
       return;

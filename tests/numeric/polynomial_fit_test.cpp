@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <optional>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -27,14 +26,6 @@ std::vector<double> Scattered(std::vector<double> values, int power) {
   return values;
 }
 
-// The fit of that power; a straight line, which is given by intercept and slope, as a polynomial.
-std::optional<Polynomial> FitOf(int power, const std::vector<double>& x, const std::vector<double>& y) {
-  if (power > 1)
-    return FitPolynomial(power, x, y);
-  const auto line = FitLinear(x, y);
-  return line ? std::optional(Polynomial{.power = 1, .a = {line->a0, line->a1}}) : std::nullopt;
-}
-
 TEST(Fits, FindTheCurveFromAnyColumnsOfAFrameOnAllOfIt) {
   // The first column, the distance of the points, and their number, 0 for as few as the power allows.
   const std::tuple<int, int, int> points[] = {{1, 1, 0},     {1500, 1, 0},    {2995, 1, 0}, {2994, 1, 7},
@@ -49,13 +40,15 @@ TEST(Fits, FindTheCurveFromAnyColumnsOfAFrameOnAllOfIt) {
           x.push_back(first + step * k);
           y.push_back(truth(x.back()));
         }
-        const auto fit = FitOf(power, x, Scattered(y, power));
-        ASSERT_TRUE(fit);
+        y = Scattered(y, power);
+        const LineFit line = FitLinear(x, y).value();
+        const Polynomial fit =
+            power == 1 ? Polynomial{.power = 1, .a = {line.a0, line.a1}} : FitPolynomial(power, x, y).value();
         for (const auto& [from, to] : {std::pair(x.front(), x.back()), std::pair(1.0, 3000.0)}) {
           double largest = 0, error = 0;
           for (double column = from; column <= to; ++column) {
             largest = std::max(largest, std::fabs(truth(column)));
-            error = std::max(error, std::fabs((*fit)(column)-truth(column)));
+            error = std::max(error, std::fabs(fit(column) - truth(column)));
           }
           EXPECT_LT(error, 1e-12 * largest) << power << " from " << first << " by " << step << ": " << number;
         }
@@ -71,25 +64,16 @@ TEST(ClosedForms, GiveErrorsAndVertexOfNarrowRangesFarFromZero) {
   }
   const LineFit line = FitLinear(x, Scattered(flat, 1)).value();
   const ParabolaFit parabola = FitPower2(x, Scattered(curved, 2)).value();
-  // The sums of squares are 110 for the distances from the middle and 858 for the parabola orthogonal to
-  // them.
-  const double lineSigma = std::sqrt(6e6 / 10), parabolaSigma = std::sqrt(20e6 / 8);
-  const std::pair<double, double> results[] = {
-      {line.a0, -5000},
-      {line.a1, 2},
-      {line.sumSq, 6e6},
-      {line.sigmaA0, lineSigma * std::sqrt(1 / 11.0 + 2995 * 2995 / 110.0)},
-      {line.sigmaA1, lineSigma / std::sqrt(110)},
-      {parabola.a0, 2995 * 2995 + 7},
-      {parabola.a1, -2 * 2995},
-      {parabola.a2, 1},
-      {parabola.vertex, 2995},
-      {parabola.sigma, parabolaSigma},
-      {parabola.sigmaA1, parabolaSigma * std::sqrt(1 / 110.0 + 4 * 2995 * 2995 / 858.0)},
-      {parabola.sigmaA2, parabolaSigma / std::sqrt(858)},
-  };
-  for (const auto& [value, truth] : results)
-    EXPECT_NEAR(value / truth, 1, 1e-14) << truth;
+  // The sums of squares are 110 for distances from the middle, 858 for the parabola orthogonal to them.
+  const double sigma1 = std::sqrt(6e6 / 10), sigma2 = std::sqrt(20e6 / 8), middle = 2995;
+  for (const double ratio :
+       {line.a0 / -5000, line.a1 / 2, line.sumSq / 6e6,
+        line.sigmaA0 / sigma1 / std::sqrt(1 / 11.0 + middle * middle / 110),
+        line.sigmaA1 / sigma1 * std::sqrt(110), parabola.a0 / (middle * middle + 7),
+        parabola.a1 / (-2 * middle), parabola.a2, parabola.vertex / middle, parabola.sigma / sigma2,
+        parabola.sigmaA1 / sigma2 / std::sqrt(1 / 110.0 + 4 * middle * middle / 858),
+        parabola.sigmaA2 / sigma2 * std::sqrt(858)})
+    EXPECT_NEAR(ratio, 1, 1e-13);
   const std::vector<double> two{1, 2}, three{1, 2, 4}, zero(3);
   const LineFit throughTwo = FitLinear(two, two).value();
   EXPECT_EQ(throughTwo.sigmaA0 + throughTwo.sigmaA1, 0) << "no degree of freedom is left";

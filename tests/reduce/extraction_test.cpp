@@ -57,29 +57,32 @@ TEST_F(Extraction, EveryColumnGetsTheVeryFitOfItsOwnPixels) {
 
 TEST_F(Extraction, TheBackgroundIsRightOnEveryRowWhereverItsRowsLie) {
   // The two ranges, and the highest power that so many rows allow.
-  const std::array<int, 5> selections[] = {
-      {1, 10, 491, 500, 2}, {1, 90, 411, 500, 2},    {498, 499, 500, 500, 2}, {1, 1, 2, 3, 2},
-      {1, 1, 499, 500, 2},  {250, 256, 250, 250, 2}, {499, 499, 500, 500, 1}, {1, 1, 500, 500, 1}};
-  for (const auto& [first1, last1, first2, last2, highest] : selections)
-    for (int power = 1; power <= highest; ++power) {
+  const struct {
+    int first1, last1, first2, last2, highest;
+  } selections[] = {{1, 10, 491, 500, 2},    {1, 90, 411, 500, 2}, {498, 499, 500, 500, 2},
+                    {1, 1, 2, 3, 2},         {1, 1, 499, 500, 2},  {250, 256, 250, 250, 2},
+                    {499, 499, 500, 500, 1}, {1, 1, 500, 500, 1}};
+  for (const auto& at : selections)
+    for (int power = 1; power <= at.highest; ++power) {
       const auto truth = [&](int c, int r) {
         const int t = r - 250;
         return 1e4 + (c == 2 ? 7 * t + (power == 2 ? 3 * t * t : 0) : 0);
       };
       SetFrame(s, 2, 500, [&](int c, int r) {
         // Four rows of scatter to which lines and parabolas are blind.
-        const int k = r - first1;
-        const bool isScattered = last1 - first1 >= 6 && k >= 3 && k <= 6;
+        const int k = r - at.first1;
+        const bool isScattered = at.last1 - at.first1 >= 6 && k >= 3 && k <= 6;
         return truth(c, r) + (isScattered ? std::array{1e3, -3e3, 3e3, -1e3}[static_cast<size_t>(k) - 3] : 0);
       });
-      Fit(power, first1, last1, first2, last2);
+      Fit(power, at.first1, at.last1, at.first2, at.last2);
       for (int c : {1, 2}) {
         double error = 0, largest = 0;
         for (int row = 1; row <= 500; ++row) {
           error = std::max(error, std::fabs(BackgroundAt(s.background, c, row) - truth(c, row)));
           largest = std::max(largest, truth(c, row));
         }
-        EXPECT_LT(error, 1e-10 * largest) << "power " << power << " from row " << first1 << ", column " << c;
+        EXPECT_LT(error, 1e-10 * largest)
+            << "power " << power << " from row " << at.first1 << ", column " << c;
       }
     }
 }
@@ -111,8 +114,8 @@ TEST_F(Extraction, ABackgroundThatCannotBeFittedIsRefusedAndTheOldFitStays) {
   EXPECT_TRUE(s.workflow.crunchEnabled && s.workflow.sliceStatus == doneText);
   const auto state = [&] {
     const Background& b = s.background;
-    return std::tuple(BackgroundAt(b, 1, 280), BackgroundAt(b, 3, 280), b.fittedPower, b.BackgroundCount,
-                      b.BackgroundRows(20), b.backgroundFitted, s.workflow.crunchEnabled);
+    return std::tuple(BackgroundAt(b, 1, 280), b.fittedPower, b.BackgroundCount, b.backgroundFitted,
+                      s.workflow.crunchEnabled);
   };
   const auto before = state();
   s.image(7, 1) = 5000;
