@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include "numeric/double_double.h"
 
@@ -82,32 +81,6 @@ Coefficients SumOf(const std::vector<Coefficients>& weights, std::span<const dou
   return a;
 }
 
-// A fit in powers of x: the coefficients, the sums of the squares of their weights, which give their standard
-// errors, and the sum of the squared residuals.
-struct FitWithErrors {
-  std::array<double, 6> a{}, squares{};
-  double sumSq = 0;
-};
-
-std::optional<FitWithErrors> FitInPowersOfX(int power, std::span<const double> x, std::span<const double> y) {
-  if (!HasDistinct(x, power + 1))
-    return std::nullopt;
-  const std::vector<Coefficients> weights = ExactWeights(power, x, 0);
-  FitWithErrors fit{.a = Rounded(SumOf(weights, y))};
-  // About the curve as it is given, so that a line of round coefficients leaves nothing of points on it.
-  const Polynomial curve{.power = power, .a = fit.a};
-  Coefficients squares{};
-  for (size_t i = 0; i < x.size(); ++i) {
-    const double residual = y[i] - curve(x[i]);
-    fit.sumSq += residual * residual;
-    for (size_t k = 0; k < squares.size(); ++k)
-      squares[k] += weights[i][k] * weights[i][k];
-  }
-  fit.squares = Rounded(squares);
-  const bool isFinite = AllFinite(fit.a) && AllFinite(fit.squares) && std::isfinite(fit.sumSq);
-  return isFinite ? std::optional(fit) : std::nullopt;
-}
-
 }  // namespace
 
 double Polynomial::operator()(double x) const {
@@ -131,30 +104,29 @@ bool HasDistinct(std::span<const double> x, int count) {
 }
 
 std::optional<LineFit> FitLinear(std::span<const double> x, std::span<const double> y) {
-  const auto fit = FitInPowersOfX(1, x, y);
-  if (!fit)
+  if (!HasDistinct(x, 2))
     return std::nullopt;
-  const double sigma = x.size() > 2 ? std::sqrt(fit->sumSq / static_cast<double>(x.size() - 1)) : 0;
-  return LineFit{.a0 = fit->a[0],
-                 .a1 = fit->a[1],
-                 .sigmaA0 = sigma * std::sqrt(fit->squares[0]),
-                 .sigmaA1 = sigma * std::sqrt(fit->squares[1]),
-                 .sumSq = fit->sumSq};
-}
-
-std::optional<ParabolaFit> FitPower2(std::span<const double> x, std::span<const double> y) {
-  const auto fit = FitInPowersOfX(2, x, y);
-  if (!fit)
+  const std::vector<Coefficients> weights = ExactWeights(1, x, 0);
+  const Polynomial line{.power = 1, .a = Rounded(SumOf(weights, y))};
+  // Residuals from the line as it is given, so that one of round coefficients leaves nothing of points on it;
+  // each coefficient is a weighted sum of the values, whose weights' squares give its standard error.
+  double sumSq = 0;
+  Coefficients squares{};
+  for (size_t i = 0; i < x.size(); ++i) {
+    const double residual = y[i] - line(x[i]);
+    sumSq += residual * residual;
+    for (size_t k = 0; k <= 1; ++k)
+      squares[k] += weights[i][k] * weights[i][k];
+  }
+  const std::array<double, 6> sums = Rounded(squares);
+  if (!AllFinite(line.a) || !AllFinite(sums) || !std::isfinite(sumSq))
     return std::nullopt;
-  const double a1 = fit->a[1], a2 = fit->a[2];
-  const double sigma = x.size() > 3 ? std::sqrt(fit->sumSq / static_cast<double>(x.size() - 3)) : 0;
-  return ParabolaFit{.a0 = fit->a[0],
-                     .a1 = a1,
-                     .a2 = a2,
-                     .vertex = a2 == 0 ? std::numeric_limits<double>::infinity() : -a1 / (2 * a2),
-                     .sigma = sigma,
-                     .sigmaA1 = sigma * std::sqrt(fit->squares[1]),
-                     .sigmaA2 = sigma * std::sqrt(fit->squares[2])};
+  const double sigma = x.size() > 2 ? std::sqrt(sumSq / static_cast<double>(x.size() - 1)) : 0;
+  return LineFit{.a0 = line.a[0],
+                 .a1 = line.a[1],
+                 .sigmaA0 = sigma * std::sqrt(sums[0]),
+                 .sigmaA1 = sigma * std::sqrt(sums[1]),
+                 .sumSq = sumSq};
 }
 
 std::optional<Polynomial> FitPolynomial(int power, std::span<const double> x, std::span<const double> y) {

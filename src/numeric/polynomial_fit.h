@@ -31,20 +31,10 @@ struct LineFit {
   double sumSq = 0;  // sum of squared residuals
 };
 
-// The parabola y = a0 + a1 x + a2 x^2, the abscissa of its vertex (infinite where a2 is 0), the standard
-// deviation of one point about it (0 for three points, which leave no degree of freedom) and standard errors.
-struct ParabolaFit {
-  double a0 = 0, a1 = 0, a2 = 0;
-  double vertex = 0;
-  double sigma = 0;
-  double sigmaA1 = 0, sigmaA2 = 0;
-};
-
 // True if `x` holds at least `count` (at most 6) different values.
 bool HasDistinct(std::span<const double> x, int count);
 
 std::optional<LineFit> FitLinear(std::span<const double> x, std::span<const double> y);
-std::optional<ParabolaFit> FitPower2(std::span<const double> x, std::span<const double> y);
 
 // The fit of that power, 2 to 5; nothing for other powers.
 std::optional<Polynomial> FitPolynomial(int power, std::span<const double> x, std::span<const double> y);
