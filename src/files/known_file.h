@@ -29,9 +29,9 @@ struct KnownFile {
   int names = 1;            // how many hard links the file has
 };
 
-// What the file `path` is, links followed; nothing where there is none, for an empty one, and for a device. A FITS file is ours
-// by a HISTORY card of ours, a text by its first line, a file of numbers by the layout of its first line.
-// What cannot be read is another's.
+// What the file `path` is, links followed; nothing where there is none, for an empty one, and for a device. A
+// FITS file is ours by a HISTORY card of ours, a text by its first line, a file of numbers by the layout of
+// its first line. What cannot be read is another's.
 std::optional<KnownFile> LookAtFile(const std::string& path);
 
 }  // namespace halmek

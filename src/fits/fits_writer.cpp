@@ -125,8 +125,10 @@ class FileBytes {
     largest_ = std::max(largest_, *most);
   }
 
-  const std::string& bytes() const { return bytes_; }
+  // To be called once, at the end.
+  EncodedFits Take() { return {std::move(bytes_), warnings()}; }
 
+ private:
   // What to say of pixels that do not fit the sign of their type.
   Warnings warnings() const {
     if (changed_ == 0)
@@ -138,7 +140,6 @@ class FileBytes {
             (unsignedFits ? "16-bit unsigned or 32-bit." : "32-bit.")};
   }
 
- private:
   std::string bytes_;
   int type_;
   size_t at_;
@@ -153,7 +154,7 @@ EncodedFits EncodeFrame(const FitsHeader& header, const FrameTable& image, int c
   FileBytes data(header, static_cast<int64_t>(columns) * rows);
   for (int r = 1; r <= rows; ++r)
     data.Append(image.Row(r, 1, columns));
-  return {data.bytes(), data.warnings()};
+  return data.Take();
 }
 
 Warnings SaveFits2D(Session& session, const std::string& file, bool mayReplace) {
@@ -185,8 +186,7 @@ Warnings SaveFits1D(Session& session, int s, const std::string& file, bool mayRe
   Describe(header, type, axes, "1-D ");
   FileBytes data(header, pixels);
   data.Append(values);
-  return Write(session, s, std::move(header), {file, FileKind::fits, mayReplace},
-               {data.bytes(), data.warnings()});
+  return Write(session, s, std::move(header), {file, FileKind::fits, mayReplace}, data.Take());
 }
 
 }  // namespace halmek
