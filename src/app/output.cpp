@@ -40,7 +40,8 @@ bool IsWrittenHere(const Session& session, const std::string& path) {
 void Require(const std::optional<Replaced>& replaced, const Output& output) {
   if (replaced && !replaced->isFree && !output.mayReplace)
     throw Refusal("This would replace " + replaced->what + ".  Give another name, or " +
-                  std::string(output.allowedBy) + ".");
+                  std::string(output.allowedBy) + "." +
+                  (replaced->isLinked ? "  It has another name (a hard link)." : ""));
 }
 
 }  // namespace

@@ -258,6 +258,8 @@ TEST_F(BatchTest, NothingReplacesARawFrameOrAFileInUseUnlessReplaceAllowsIt) {
       std::pair(
           0,
           "warning: r.recipe:2: b.fts had another name (a hard link), which keeps what the file held.\n"s));
+  std::filesystem::create_hard_link(folder.File("arc.fts"), folder.File("hard.fts"));
+  EXPECT_TRUE(RunRecipe(load + "save frame hard.fts").err.ends_with("It has another name (a hard link).\n"));
 }
 
 TEST_F(BatchTest, ARunReplacesItsOwnEarlierFilesUnasked) {
