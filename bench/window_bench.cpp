@@ -97,6 +97,7 @@ BENCHMARK(QtPolylineOfTheSameCurve)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecon
 class NoPlatform : public Platform {
  public:
   void Show(QWidget*, const Message&) override {}
+  size_t Ask(QWidget*, const Question&) override { return 0; }
   void SetBusy(QWidget*, bool) override {}
   std::optional<std::string> FileToOpen(QWidget*, const FileQuestion&) override { return {}; }
   std::optional<std::string> FileToSave(QWidget*, const FileQuestion&) override { return {}; }
