@@ -209,7 +209,7 @@ struct Unsaved {
 struct Session : Settings {
   std::array<Slot, 5> slot;
   FrameTable image;      // rows 1..naxis2, columns 1..naxis1 of slot 0
-  FrameTable nextImage;  // into which a frame is loaded, so that a load that fails leaves `image`
+  FrameTable nextImage;  // into which scaled pixels are decoded, so that a refused load leaves `image`
   double imageMin = 0, imageMax = 0;
 
   int currentSlot = 0;

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -164,24 +165,22 @@ class RowDecoder {
   int blanks_ = 0;
 };
 
-// Decodes the frame a few rows at a time, so that the bytes are still in the processor's cache when they are
-// decoded.
-void ReadFrame(const InputFile& file, const FitsHeader& header, FrameTable& image, RowDecoder& decoder) {
+// The bytes of all pixels. They are read at once, so that a disk that fails leaves the pixels of the frame
+// that is loaded.
+std::unique_ptr<std::byte[]> ReadFrameBytes(const InputFile& file, const FitsHeader& header) {
+  const auto size = static_cast<size_t>(header.naxis1 * header.naxis2) *
+                    static_cast<size_t>(BytesPerPixel(header.pixelType));
+  RequireData(file, header.dataStart, static_cast<int64_t>(size));
+  auto bytes = std::make_unique_for_overwrite<std::byte[]>(size);
+  file.ReadAt(header.dataStart, {bytes.get(), size});
+  return bytes;
+}
+
+void DecodeFrame(const std::byte* bytes, const FitsHeader& header, FrameTable& image, RowDecoder& decoder) {
   const int columns = static_cast<int>(header.naxis1), rows = static_cast<int>(header.naxis2);
   const auto rowBytes = static_cast<size_t>(columns * BytesPerPixel(header.pixelType));
-  RequireData(file, header.dataStart, static_cast<int64_t>(rowBytes) * rows);
-
-  constexpr size_t chunkBytes = 128 << 10;
-  const int chunkRows = std::max(1, static_cast<int>(chunkBytes / rowBytes));
-  std::vector<std::byte> chunk(rowBytes * static_cast<size_t>(std::min(chunkRows, rows)));
-  for (int first = 1; first <= rows; first += chunkRows) {
-    const int count = std::min(chunkRows, rows - first + 1);
-    const std::span bytes(chunk.data(), rowBytes * static_cast<size_t>(count));
-    file.ReadAt(header.dataStart + static_cast<int64_t>(rowBytes) * (first - 1), bytes);
-    for (int r = 0; r < count; ++r)
-      decoder.Decode(bytes.subspan(rowBytes * static_cast<size_t>(r), rowBytes),
-                     image.Row(first + r, 1, columns));
-  }
+  for (int r = 1; r <= rows; ++r, bytes += rowBytes)
+    decoder.Decode({bytes, rowBytes}, image.Row(r, 1, columns));
 }
 
 std::vector<double> ReadSpectrum(const InputFile& file, const FitsHeader& header, RowDecoder& decoder) {
@@ -254,10 +253,14 @@ Warnings LoadFits2D(Session& session, const std::string& file) {
 
   const Storage storage = StorageOf(header, session.daoFrame);
   RowDecoder decoder(storage);
-  ReadFrame(input, header, session.nextImage, decoder);
+  const auto bytes = ReadFrameBytes(input, header);
+  // Only scaled pixels can be refused while they are decoded. A second table for all others would double the
+  // pages that a night touches.
+  DecodeFrame(bytes.get(), header, storage.IsPlain() ? session.image : session.nextImage, decoder);
   Warnings warnings = StorageWarnings(header, storage, decoder.blanks());
 
-  std::swap(session.image, session.nextImage);
+  if (!storage.IsPlain())
+    std::swap(session.image, session.nextImage);
   session.imageMin = decoder.range().min;
   session.imageMax = decoder.range().max;
   TakeFile(session, slots::frame, std::move(header), file);
