@@ -115,12 +115,12 @@ std::string ReadFits(Session& s, const std::string&) {
 
   std::vector<int> types{pixel_types::signed16, pixel_types::unsigned16, pixel_types::integer32,
                          pixel_types::real32};
-  types.resize(isDao ? 2 : 4);
   std::erase_if(types, [&](int type) {
     return std::ranges::any_of(pixels, [=](double v) { return !Holds(type, v); });
   });
   s.slot[slot].savePixelType = types.empty() ? pixel_types::real32 : types[pixels.size() % types.size()];
-  const bool isFull = s.slot[slot].cardCount + 2 > lastCard;
+  // NAXIS, BZERO and a HISTORY card may come to those that were read.
+  const bool isFull = s.slot[slot].cardCount + 3 > lastCard;
   const std::string refusal = RefusalOf(
       [&] { slot == slots::frame ? SaveFits2D(s, saved, true) : SaveFits1D(s, slot, saved, true); });
   Require(refusal.empty() || isFull || types.empty(), "a loaded file cannot be saved");
@@ -179,7 +179,7 @@ bool KeepsAll(Session&, const std::string&) { return true; }
 
 constexpr Reader readers[] = {
     {"frame", slots::frame, ReadFits<slots::frame>, KeepsFrame},
-    {"dao", slots::frame, ReadFits<slots::frame, true>, KeepsFrame},
+    {"dao", slots::frame, ReadFits<slots::frame, true>, KeepsFrame, ReadFits<slots::frame>},
     {"spectrum", slots::object, ReadFits<slots::object>, KeepsObject},
     {"table", table, ReadTable, KeepsTables},
     {"mask", table, ReadMask, KeepsTables},
@@ -200,10 +200,10 @@ const Reader& ReaderNamed(std::string_view name) {
 std::string Feed(const Reader& reader, const std::string& bytes) {
   Session& s = FullSession();
   const bool readsFile = reader.target != none;
-  const auto read = [&](const std::string& text) {
+  const auto given = [&](const std::string& text) -> const std::string& {
     if (readsFile)
       WriteFile(FullName(s, input), text);
-    return reader.read(s, text);
+    return text;
   };
   static std::map<int, std::string> others;  // the same before every input
   if (!others.contains(reader.target))
@@ -211,7 +211,7 @@ std::string Feed(const Reader& reader, const std::string& bytes) {
 
   std::string outcome = accepted, written;
   try {
-    written = read(bytes);
+    written = reader.read(s, given(bytes));
   } catch (const Failure& failure) {
     outcome = failure.text();
   } catch (const RecipeStopped& stopped) {
@@ -221,7 +221,9 @@ std::string Feed(const Reader& reader, const std::string& bytes) {
   if (!written.empty()) {
     const int slot = std::max(0, reader.target);
     const std::vector<double> pixels = PixelsOf(s, slot);
-    Require(read(written) == written, "what was read changes when it is written and read again");
+    const auto readBack = reader.readBack == nullptr ? reader.read : reader.readBack;
+    Require(readBack(s, given(written)) == written,
+            "what was read changes when it is written and read again");
     Require(PixelsOf(s, slot) == pixels, "pixels change on the way through a file");
   }
   Require(!reader.isFits() || AreTablesMarked(s), "the table or the mask has changed");

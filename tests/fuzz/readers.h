@@ -19,6 +19,8 @@ struct Reader {
   std::string (*read)(Session& session, const std::string& bytes);
   // Says whether a refusal, whose text is given, left alone what it must.
   bool (*keeps)(Session& session, const std::string& refusal);
+  // Reads what was written, where that is of another kind than the input.
+  std::string (*readBack)(Session& session, const std::string& bytes) = nullptr;
 
   bool isFits() const { return target >= 0; }
 };
