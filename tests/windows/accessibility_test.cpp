@@ -9,6 +9,7 @@
 #include <QScrollArea>
 #include <set>
 
+#include "steps/recipe.h"
 #include "windows/part2_test.h"
 
 namespace halmek::test {
@@ -138,10 +139,11 @@ TEST_F(AccessibilityTest, ReadOutsAreReadWithTheirMeaning) {
   EXPECT_EQ(nameOf("Label26"), "Status of step 6: DONE!");
 }
 
-TEST_F(AccessibilityTest, KeysDoWhatTheMouseDoes) {
-  std::vector<std::vector<std::string>> journals;
+TEST_F(AccessibilityTest, AnEveningByKeysAndItsRecipeGiveTheBytesOfOneByMouse) {
+  Texts recipes, spectra;
   for (const bool byMouse : {true, false}) {
-    const size_t before = session->journal.size();
+    session->journal.clear();
+    fs::remove(folder.File("star_1D.fts"));
     LoadAll();
     const auto press = [&](QWidget* window, auto... names) {
       ((byMouse ? Press(window, names) : KeyPress(window, names)), ...);
@@ -155,7 +157,12 @@ TEST_F(AccessibilityTest, KeysDoWhatTheMouseDoes) {
         PressAt(window, button, ScreenX(f, column + off), (f.plotTop + f.plotBottom) / 2.0);
     };
 
-    press(main.get(), "Command4");
+    Type("Text6", "60");
+    press(main.get(), "Command2");
+    for (const auto& [box, corner] :
+         {std::pair("Text1", "0.6"), {"Text2", "1"}, {"Text3", "120"}, {"Text4", "58"}})
+      Type(box, corner);
+    press(main.get(), "Command1", "Command4");
     QWidget* const row = Window("frmPlot_Row");
     const PlotFrame& rowFrame = session->rowPlot.rowFrame;
     click(row, rowFrame, {60, 40}, 0, Qt::LeftButton);
@@ -165,14 +172,20 @@ TEST_F(AccessibilityTest, KeysDoWhatTheMouseDoes) {
       EXPECT_EQ(std::stoi(LabelText(row, "Label13")), 50);
       EXPECT_NEAR(std::stod(LabelText(row, "Label10")), session->image(session->rowPlot.plotRow, 50), 0.02);
     }
-    press(row, "Command4", "Command7");
+    press(row, "Command4");
+    click(row, rowFrame, {55}, -0.5, Qt::RightButton);
+    press(row, "Command4", "Command6", "Command7");
 
     press(main.get(), "Command3");
     QWidget* const slice = Window("frmPlot_Column");
     const PlotFrame& sliceFrame = session->slice.colFrame;
-    click(slice, sliceFrame, {26, 34}, -0.5, Qt::LeftButton);
-    click(slice, sliceFrame, {5, 15, 45, 55}, -0.75, Qt::RightButton);
-    press(slice, "Command2", "Command4");
+    click(slice, sliceFrame, {34, 26}, -0.5, Qt::LeftButton);
+    click(slice, sliceFrame, {15, 5, 45, 55}, -0.75, Qt::RightButton);
+    for (int power : {2, 1}) {
+      Choose(slice, "Combo1", power);
+      press(slice, "Command2");
+    }
+    press(slice, "Command4");
 
     press(main.get(), "Command5", "Command6");
     QWidget* const continuum = Window("frmPlot_Continuum");
@@ -181,7 +194,9 @@ TEST_F(AccessibilityTest, KeysDoWhatTheMouseDoes) {
     const PlotFrame& f = session->continuum.contFrame;
     click(continuum, f, {62, 70, 80, 85, 90, 100, 110}, 0, Qt::LeftButton);
     click(continuum, f, {85}, 0, Qt::RightButton);
-    press(continuum, "Command1", "Command4", "Command6");
+    press(continuum, "Command1", "Command4", "Command4", "Command5", "Command6");
+    press(main.get(), "Command9");
+    press(Window("frmSave_datafiles"), "Command1");
 
     press(main.get(), "Command7");
     for (const int column : {100, 300, 600}) {
@@ -190,10 +205,25 @@ TEST_F(AccessibilityTest, KeysDoWhatTheMouseDoes) {
       Type(Line(), "Text1", QString::number(5000 + column));
       QTest::keyClick(Find<QLineEdit>(Line(), "Text1"), Qt::Key_Return);
     }
-    journals.emplace_back(session->journal.begin() + static_cast<ptrdiff_t>(before), session->journal.end());
+    recipes.push_back(JournalText(*session));
+    spectra.push_back(ReadFile(folder.File("star_1D.fts")));
   }
-  EXPECT_EQ(journals[0], journals[1]);
-  EXPECT_GE(journals[0].size(), 11);
+  EXPECT_EQ(recipes[0], recipes[1]);
+  EXPECT_TRUE(spectra[0] == spectra[1]);
+
+  // In a copy of the folder, the evening still in mind.
+  const TemporaryFolder copy;
+  for (const char* file : {"star.fts", "arc1.fts", "arc2.fts"})
+    fs::copy(folder.File(file), copy.File(file));
+  const std::string steps = std::to_string(session->journal.size());
+  platform.fileToSave = folder.File("evening.recipe");
+  Trigger(main.get(), "mSaveRecipe");
+  EXPECT_EQ(platform.questions.back().name, "star.recipe");
+  fs::copy(folder.File("evening.recipe"), copy.File("evening.recipe"));
+  platform.fileToOpen = copy.File("evening.recipe");
+  Trigger(main.get(), "mRunRecipe");
+  EXPECT_EQ(platform.TakeMessages(), Texts{"evening.recipe: " + steps + " steps done."}) << recipes[0];
+  EXPECT_TRUE(ReadFile(copy.File("star_1D.fts")) == spectra[0]) << recipes[0];
 }
 
 TEST_F(AccessibilityTest, LargerTextIsNotCutOffNorAreWindowsOutOfSight) {
@@ -221,50 +251,6 @@ TEST_F(AccessibilityTest, LargerTextIsNotCutOffNorAreWindowsOutOfSight) {
       }
     }
   }
-}
-
-// WCAG 2: of the lighter to the darker, each with what stray light adds.
-double Contrast(Colour a, Colour b) {
-  const auto luminance = [](Colour c) {
-    const auto linear = [](uint8_t channel) {
-      const double s = channel / 255.0;
-      return s <= 0.04045 ? s / 12.92 : std::pow((s + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(c.red) + 0.7152 * linear(c.green) + 0.0722 * linear(c.blue);
-  };
-  const auto [darker, lighter] = std::minmax({luminance(a), luminance(b)});
-  return (lighter + 0.05) / (darker + 0.05);
-}
-
-TEST_F(AccessibilityTest, CurvesAndSelectionsDifferInLightnessFromPaperAndData) {
-  constexpr Colour paper{255, 255, 255};
-  OpenAll();
-  ClickAt(Window("frmPlot_Row"), session->rowPlot.rowFrame, Qt::RightButton, 5000);
-  int others = 0;
-  for (QWidget* window : OpenWindows()) {
-    if (!window->findChild<QWidget*>("surface"))
-      continue;
-    for (const DrawingItem& item : SurfaceOf(window).drawing()->items) {
-      if (std::holds_alternative<Text>(item))
-        continue;
-      const auto* const line = std::get_if<halmek::Line>(&item);
-      const auto* const curve = std::get_if<Polyline>(&item);
-      const Colour colour = line ? line->colour : curve ? curve->colour : std::get<Circle>(item).colour;
-      SCOPED_TRACE(testing::Message() << window->objectName().toStdString() << " " << +colour.red << " "
-                                      << +colour.green << " " << +colour.blue);
-      // The grid may be faint; the background model shows against the data that it crosses.
-      if (colour != colours::grey && colour != colours::green) {
-        EXPECT_GE(Contrast(colour, paper), 3);
-      }
-      // The marks of arc lines stand above the data, and are thicker.
-      const bool crossesData = curve || (line && line->penWidth == 1 && colour != colours::grey);
-      if (crossesData && colour != colours::red) {
-        EXPECT_GE(Contrast(colour, colours::red), 2);
-        ++others;
-      }
-    }
-  }
-  EXPECT_GT(others, 0);
 }
 
 }  // namespace

@@ -1,7 +1,10 @@
 // The arcs' windows, by their clicks and marks.
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "calib/arc_plot.h"
+#include "numeric/number_prefix.h"
 #include "windows/part2_test.h"
 
 namespace halmek::test {
@@ -13,14 +16,8 @@ class ArcWindowTest : public Part2Test {
   PlotFrame& f = arc.plotFrame;
 };
 
-TEST_F(ArcWindowTest, AClickInsideThePlotFindsTheLineWithinNinePixelsByAnyButton) {
-  const double hundredth = NiceUpperBound(1000) / 100;
-  std::vector<double> values = ArcOf(1000, {200, 500});
-  const auto faint = ArcOf(1000, {800}, 0.99 * hundredth), enough = ArcOf(1000, {900}, 1.01 * hundredth);
-  for (size_t i = 0; i < values.size(); ++i)
-    values[i] += faint[i] + enough[i];
-  LoadValues("arc1", values);
-  PlotArc(1);
+TEST_F(ArcWindowTest, AClickInsideThePlotFindsTheLineNearItByAnyButton) {
+  OpenArc(1, {200, 500});
   for (const int in : {0, 1})
     for (const auto& [x, y] : {Range(f.plotLeft + in, 900),
                                {f.plotRight - in, 900},
@@ -29,24 +26,31 @@ TEST_F(ArcWindowTest, AClickInsideThePlotFindsTheLineWithinNinePixelsByAnyButton
       PressAt(ArcPlot(1), Qt::LeftButton, x, y);
       EXPECT_EQ(platform.TakeMessages(), Told(in ? noMaximum : nullptr)) << x << ' ' << y;
     }
-  const struct {
-    Qt::MouseButton button;
-    int column, peak;  // peak 0 = refused
-  } clicks[] = {{Qt::LeftButton, 209, 200}, {Qt::RightButton, 191, 200}, {Qt::MiddleButton, 200, 200},
-                {Qt::BackButton, 508, 500}, {Qt::LeftButton, 210, 0},    {Qt::RightButton, 190, 0},
-                {Qt::MiddleButton, 350, 0}, {Qt::LeftButton, 800, 0},    {Qt::LeftButton, 900, 900}};
-  for (const auto& c : clicks) {
-    const std::string before = StateOfArc(*session, 1);
-    ClickColumn(1, c.column, c.button);
-    EXPECT_EQ(platform.TakeMessages(), Told(c.peak ? nullptr : noMaximum)) << c.column;
-    ASSERT_EQ(IsLineOpen(), c.peak != 0) << c.column;
-    if (c.peak == 0) {
-      EXPECT_EQ(StateOfArc(*session, 1), before) << c.column;
-      continue;
-    }
-    EXPECT_EQ(LabelText(Line(), "Label3"), " " + std::to_string(c.peak));
+  const std::tuple<Qt::MouseButton, int, const char*> clicks[] = {{Qt::LeftButton, 209, " 200"},
+                                                                  {Qt::RightButton, 191, " 200"},
+                                                                  {Qt::MiddleButton, 200, " 200"},
+                                                                  {Qt::BackButton, 508, " 500"}};
+  for (const auto& [button, column, peak] : clicks) {
+    ClickColumn(1, column, button);
+    EXPECT_EQ(LabelText(Line(), "Label3"), peak);
     QTest::keyClick(Line(), Qt::Key_Escape);
   }
+  ClickColumn(1, 210);
+  EXPECT_EQ(platform.TakeMessages(), Texts{noMaximum});
+  EXPECT_FALSE(IsLineOpen());
+}
+
+TEST_F(ArcWindowTest, TheWavelengthPointedAtIsShownFromTheSecondLineOn) {
+  OpenArc(1, {200, 500, 800});
+  // Where the last click was.
+  const auto shown = [&] { return NumericPrefix(LabelText(ArcPlot(1), "Label11")); };
+  EXPECT_EQ(shown(), 0);
+  Identify(1, 200, 5200);
+  EXPECT_EQ(shown(), 0);
+  Identify(1, 500, 5500);
+  EXPECT_NEAR(shown(), 5500, 1);
+  Delete(1, 500);
+  EXPECT_EQ(shown(), 0) << "it goes with the second line";
 }
 
 TEST_F(ArcWindowTest, AMarkTellsItsLineToThePointerOverIt) {
@@ -56,59 +60,13 @@ TEST_F(ArcWindowTest, AMarkTellsItsLineToThePointerOverIt) {
   const double at200 = ScreenX(f, 200), at212 = ScreenX(f, 212);
   const double top = f.plotTop, end = top + 0.05 * f.plotHeight;
   const auto text200 = "5200.25 Angstroms at column 200.000", text212 = "5212 Angstroms at column 212.000";
-  const struct {
-    double x, y;
-    std::string text;
-  } cases[] = {{at200, top + 20, text200},     {at200 - 70, end, text200}, {at200 - 90, end, ""},
-               {at200, end + 60, text200},     {at200, end + 100, ""},     {at200, top - 100, ""},
-               {at200 + 50, end, text200},     {at212 - 50, end, text212}, {at212, f.plotBottom - 9.0, ""},
-               {ScreenX(f, 500), top + 20, ""}};
-  for (const auto& c : cases)
-    EXPECT_EQ(MarkTextAt(*session, 1, c.x, c.y), c.text) << c.x << ' ' << c.y;
+  const std::tuple<double, double, const char*> cases[] = {
+      {at200 - 70, end + 60, text200}, {at200 - 90, end, ""},      {at200, end + 100, ""},
+      {at200, top - 100, ""},          {at200 + 50, end, text200}, {at212 - 50, end, text212},
+      {ScreenX(f, 500), top + 20, ""}};
+  for (const auto& [x, y, text] : cases)
+    EXPECT_EQ(MarkTextAt(*session, 1, x, y), text) << x << ' ' << y;
   EXPECT_EQ(MarkTextAt(*session, 2, at200, top + 20), "") << "the other arc has no lines";
-}
-
-TEST_F(ArcWindowTest, ArcsWithoutGoodLinesAreShownAndTheirClicksAndMasksRefused) {
-  std::vector<double> saturated = ArcOf(1000, {100, 300, 500}, 90000), close(1000, 0);
-  for (double& value : saturated)
-    value = std::min(value, 65535.0);
-  const double pair[] = {10, 60, 300, 150, 280, 60, 10};
-  std::copy(std::begin(pair), std::end(pair), close.begin() + 96);
-  const struct {
-    const char* what;
-    std::vector<double> values;
-    std::vector<int> found;  // the peaks that the clicks below find
-  } arcs[] = {{"flat", std::vector<double>(1000, 500), {}},
-              {"zeros", std::vector<double>(1000, 0), {}},
-              {"negative", std::vector<double>(1000, -70), {}},
-              {"one pixel", {700}, {}},
-              {"3000 pixels", ArcOf(3000, {100, 300, 500}), {100, 300, 500}},
-              {"saturated", saturated, {99, 299, 499}},
-              {"at the edges", ArcOf(1000, {1, 3, 998, 1000}), {}},
-              {"two close", close, {99, 101}}};
-  LoadMask("100 5100\r\n300 5300\r\n500 5500\r\n2950 8000\r\n");
-  for (const auto& a : arcs) {
-    LoadValues("arc1", a.values);
-    PlotArc(1);
-    const int last = static_cast<int>(a.values.size());
-    std::vector<int> found;
-    for (int column : {1, 2, 5, 100, 110, 300, 500, 995, 999, 1000, 2999}) {
-      if (column > last)
-        continue;
-      ClickColumn(1, column);
-      EXPECT_EQ(platform.TakeMessages(), Told(IsLineOpen() ? nullptr : noMaximum)) << a.what << column;
-      if (!IsLineOpen())
-        continue;
-      found.push_back(session->peakPixel);
-      QTest::keyClick(Line(), Qt::Key_Escape);
-    }
-    EXPECT_EQ(found, a.found) << a.what;
-    Press(ArcPlot(1), "Command6");
-    const std::string refused = platform.TakeMessages().at(0);
-    EXPECT_TRUE(refused.starts_with("Mask entry ") && refused.ends_with(noMaximum)) << a.what << refused;
-    EXPECT_EQ(Columns(1), std::vector<double>{}) << a.what;
-    ArcPlot(1)->grab();
-  }
 }
 
 TEST_F(ArcWindowTest, AMaskIsShownInTheWindowThatAskedForIt) {

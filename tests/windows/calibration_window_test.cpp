@@ -2,7 +2,8 @@
 // alone.
 #include <gtest/gtest.h>
 
-#include "steps/recipe.h"
+#include <tuple>
+
 #include "windows/part2_test.h"
 
 namespace halmek::test {
@@ -26,7 +27,6 @@ class CalibrationWindowTest : public Part2Test {
       status += " " + Done(ArcPlot(a), {"Label15", "Label16"}) + Done(Deviations(a), {"Label13"});
     return status;
   }
-  std::string StateOfArcs() { return StateOfArc(*session, 1) + StateOfArc(*session, 2); }
   void Calibrate(int a) {
     OpenArc(a, columns);
     IdentifyLines(a, 1, 8);
@@ -68,6 +68,8 @@ TEST_F(CalibrationWindowTest, EventsEnableTheNextStepsAndShowWhatIsDone) {
       {"not fitted", correct, "7 9 10 13 14", "D-- ... DD-", oneArcOnly},
       {"opened anew", [&] { PlotArc(2); }, "7 9 10 13 14", "D-- ... D--"},
       {"both fitted", [&] { Fit(2); }, "7 9 10 13 14", "DD- ... DDD"},
+      {"one reset", [&] { Press(Deviations(2), "Command3"); }, "7 9 10 13 14", "D-- ... DD-"},
+      {"fitted again", [&] { Fit(2); }, "7 9 10 13 14", "DD- ... DDD"},
       {"corrected", correct, "7 9 13 14 15", "DDD ... DDD"},
       {"saved and loaded", [&] { SaveObject(), Load("cal.fts", "object"); }, "7 9 10 13 14", "DD- ... DDD"},
       {"corrected before", correct, "7 9 10 13 14", "DD- ... DDD",
@@ -77,97 +79,32 @@ TEST_F(CalibrationWindowTest, EventsEnableTheNextStepsAndShowWhatIsDone) {
       {"corrected by it", correct, "7 9 15", "DDD ... ..."},
       {"two arcs", [&] { Choose(main.get(), "Combo1", 1); }, "7 9 13 14 15", "DDD ... ..."},
       {"its lines were kept", [&] { PlotArc(2); }, "7 9 13 14 15", "DDD ... DD."},
-      {"next arc 2", [&] { OpenArc(2, columns); }, "7 9 13 14 15", "D-D ... --."},
+      {"next arc 2", [&] { LoadValues("arc2", ArcOf(600, {100})); }, "7 9 13 14 15", "D-D ... --."},
+      {"no arc 2", [&] { Load("none.fts", "arc2"); }, "7 9 13 14 15", "D-D ... --.",
+       "Error: 53  Error: File not found."},
   };
-  Follow(
-      events, [&] { return Status(); }, [&] { return StateOfArcs(); });
+  Follow(events, [&] { return Status(); });
 }
 
-TEST_F(CalibrationWindowTest, WhatIsDoneToOneArcLeavesTheOther) {
-  for (int a : {1, 2})
-    Calibrate(a);
-  LoadMask("300 5300\r\n100 5100\r\n200 5200\r\n");
-  for (int a : {1, 2}) {
-    const int other = 3 - a;
-    const struct {
-      const char* what;
-      std::function<void()> action;
-      std::vector<double> list;
-    } actions[] = {
-        {"power", [&] { Fit(a, 2), Fit(a, 3); }, columns},
-        {"reset", [&] { Press(Deviations(a), "Command3"); }, columns},
-        {"move", [&] { ArcPlot(a)->move(90, 77), Deviations(a)->close(), ArcPlot(a)->close(), PlotArc(a); },
-         columns},
-        {"delete", [&] { Delete(a, 300); }, {100, 200, 400, 500, 600, 700, 800}},
-        {"delete all", [&] { Press(ArcPlot(a), "Command2"); }, {}},
-        {"identify", [&] { IdentifyLines(a, 8, 8), IdentifyLines(a, 2, 3); }, {200, 300, 800}},
-        {"apply, in the mask's order", [&] { Press(ArcPlot(a), "Command6"); }, {300, 100, 200}},
-        {"identify one more", [&] { IdentifyLines(a, 7, 7); }, {100, 200, 300, 700}},
-        {"load", [&] { OpenArc(a, {500}); }, {}},
-        {"calibrate", [&] { Calibrate(a); }, columns},
-    };
-    for (const auto& action : actions) {
-      const std::string before = StateOfArc(*session, a), kept = StateOfArc(*session, other);
-      action.action();
-      EXPECT_NE(StateOfArc(*session, a), before) << action.what << a;
-      EXPECT_EQ(StateOfArc(*session, other), kept) << action.what << a;
-      EXPECT_EQ(Columns(a), action.list) << action.what << a;
-      EXPECT_EQ(Range(MarkCount(a), MarkCount(other)), Range(session->arc[a].LineCount, 8)) << action.what;
-    }
-  }
-}
-
-TEST_F(CalibrationWindowTest, AnotherArcStartsOverAndOneThatCannotBeReadLeavesAll) {
-  WriteFrame("frame.fts", 40, 20, Star);
-  for (int a : {1, 2}) {
-    const Arc& arc = session->arc[a];
-    const char* const what = a == 1 ? "arc1" : "arc2";
-    Calibrate(a);
-    SaveMask(a);
-    Press(ArcPlot(a), "Command6");
-    EXPECT_EQ(Status().substr(4 * a, 3), "DDD");
-    LoadValues(what, ArcOf(600, {100}));
-    EXPECT_EQ(arc.LineCount + arc.fitDone + arc.maskApplied, 0);
-    EXPECT_EQ(Status(), a == 1 ? "--- --- ..." : "--- --- ---");
-    EXPECT_EQ(LabelText(ArcPlot(a), "Label13"), "m.dat") << "the mask is still loaded";
-    EXPECT_EQ(MarkCount(a), 0);
-    ClickColumn(a, 100);
-    EXPECT_EQ(LabelText(Line(), "Label14"), "") << "no RMS of the arc before";
-    const QString title = ArcPlot(a)->windowTitle();
-    const std::string state = StateOfArc(*session, a), status = Status();
-    for (const char* bad : {"none.fts", "frame.fts"}) {
-      Load(bad, what);
-      EXPECT_EQ(platform.TakeMessages().size(), 1u) << bad;
-      EXPECT_EQ(ArcPlot(a)->windowTitle(), title);
-      EXPECT_EQ(StateOfArc(*session, a) + Status(), state + status) << bad;
-    }
-  }
-}
-
-TEST_F(CalibrationWindowTest, TheJournalGivesTheSameFileAgain) {
-  OpenArc(1, columns);
-  IdentifyLines(1, 1, 8);
-  for (int power : {3, 4, 2})
-    Fit(1, power);
-  Choose(Deviations(1), "Combo1", 1);
+TEST_F(CalibrationWindowTest, TheCorrectionTakesTheChosenPowerOfAnArcThatHasLines) {
+  Calibrate(1);
   OpenArc(2, columns);
-  for (const auto& [column, wavelength] : {std::pair(800, 5480), {100, 5061}, {400, 5243}, {300, 5180}})
-    Identify(2, column, wavelength);
-  Delete(2, 300);
-  Identify(2, 300, 5183);
-  Fit(2, 2);
+  IdentifyLines(2, 1, 3);
+  Press(ArcPlot(2), "Command1");
   LoadObject();
-  Press("Command10");
-  SaveObject();
-  const std::string saved = ReadFile(folder.File("cal.fts")), journal = JournalText(*session);
-  EXPECT_NE(saved.find("CD1_1"), std::string::npos);
-  EXPECT_NE(journal.find("\nuse-power arc1 3\n"), std::string::npos) << journal;
-  EXPECT_EQ(journal.find("use-power arc2"), std::string::npos) << journal;
-
-  const auto again = SessionIn(folder.path());
-  WriteFile(folder.File("cal.fts"), "");
-  RunRecipe(*again, ParseRecipe(journal, {}), [](const RecipeLine&, const Outcome&) {});
-  EXPECT_TRUE(ReadFile(folder.File("cal.fts")) == saved) << journal;
+  // What is deleted before, and the power chosen.
+  const std::tuple<std::vector<int>, int, bool> cases[] = {
+      {{}, 2, true}, {{100, 200}, 3, true}, {{300}, 5, false}};
+  for (const auto& [deleted, power, isTaken] : cases) {
+    for (int column : deleted)
+      Delete(2, column);
+    Choose(Deviations(2), "Combo1", power - 2);
+    session->journal.clear();
+    Press("Command10");
+    EXPECT_EQ(session->journal.front() == "use-power arc2 " + std::to_string(power), isTaken);
+    EXPECT_EQ(session->journal.size(), isTaken ? 2u : 1u) << session->arc[2].LineCount << " lines";
+    EXPECT_EQ(platform.TakeMessages(), Texts{oneArcOnly});
+  }
 }
 
 }  // namespace

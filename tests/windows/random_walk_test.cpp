@@ -2,63 +2,48 @@
 #include <QAction>
 #include <QComboBox>
 #include <QListWidget>
-#include <QPushButton>
-#include <QRadioButton>
 #include <QScrollBar>
 #include <random>
+#include <tuple>
 
-#include "app/main_window.h"
-#include "platform/twips.h"
-#include "window_test.h"
+#include "windows/part2_test.h"
 
 namespace halmek::test {
 namespace {
 
-class RandomWalk : public WindowTest {
+class RandomWalk : public Part2Test {
  protected:
   RandomWalk() {
-    WriteFrame("plain.fts", 60, 30,
-               [](int c, int r) { return 200 + 900.0 / (1 + (r - 15) * (r - 15)) + c % 7; });
-    WriteFrame("large.fts", 300, 80, [](int c, int r) { return 150 + (c * 31 + r * 17) % 400; });
-    WriteFrame("dot.fts", 1, 1, [](int, int) { return 300; });
-    WriteFrame("row.fts", 50, 1, [](int c, int) { return 300 + c; });
-    WriteFrame("column.fts", 1, 50, [](int, int r) { return 300 + r; });
+    const std::tuple<const char*, int, int> frames[] = {{"plain.fts", 60, 40},
+                                                        {"large.fts", 300, 80},
+                                                        {"dot.fts", 1, 1},
+                                                        {"row.fts", 50, 1},
+                                                        {"column.fts", 1, 50}};
+    for (const auto& [name, columns, rows] : frames)
+      WriteFrame(name, columns, rows, Star);
     WriteFrame("zero.fts", 20, 20, [](int, int) { return 0; });
-    WriteFrame("constant.fts", 20, 20, [](int, int) { return 500; });
     WriteFrame("wild.fts", 40, 20, [](int c, int r) { return (c % 3 - 1) * 1e37 * r; });
+    const std::tuple<const char*, int, int> arcs[] = {
+        {"lines.fts", 400, 40}, {"dense.fts", 300, 9}, {"long.fts", 3000, 25}, {"short.fts", 1, 9}};
+    for (const auto& [name, pixels, every] : arcs) {
+      std::vector<double> values;
+      for (int p = 1; p <= pixels; ++p)
+        values.push_back(20 + 5000.0 / (1 + std::pow(p % every - every / 2.0, 4)));
+      WriteSpectrum(name, values);
+    }
+    WriteSpectrum("dark.fts", std::vector<double>(200, -70));
+    std::vector<double> tops(200, 100);
+    std::fill(tops.begin() + 90, tops.begin() + 98, 65535);
+    WriteSpectrum("tops.fts", tops);
     WriteFile(folder.File("junk.fts"), "SIMPLE  = T");
-    const auto lines = [](int every) {
-      return [every](int p) { return 20 + 5000.0 / (1 + std::pow(p % every - every / 2.0, 4)); };
-    };
-    WriteArc("lines.fts", 400, lines(40));
-    WriteArc("dense.fts", 300, lines(9));
-    WriteArc("long.fts", 3000, lines(25));
-    WriteArc("short.fts", 1, lines(9));
-    WriteArc("flat.fts", 200, [](int) { return 7; });
-    WriteArc("dark.fts", 200, [](int p) { return -1.0 * p; });
-    WriteArc("tops.fts", 200, [](int p) { return p % 30 < 8 ? 65535.0 : 100; });
-    std::string mask = "Mask\r\n", table = "Table\r\n";
-    for (int k = 0; k < 10; ++k)
-      mask += std::to_string(40 * k + 20) + " " + std::to_string(5000 + 41 * k) + "\r\n";
-    for (int k = 0; k < 50; ++k)
-      table += std::to_string(5000 + 8 * k) + ",\"Ne, I\"\r\n";
-    WriteFile(folder.File("lines.txt"), mask);
-    WriteFile(folder.File("table.txt"), table);
+    WriteFile(folder.File("mask.txt"), "Mask\r\n20 5000\r\n60 5041\r\n140 5123\r\n220 5205\r\n300 5287\r\n");
+    WriteFile(folder.File("table.txt"), "Table\r\n5020,\"Ne, I\"\r\n5061,Ar\r\n5102,Ne\r\n5390,He\r\n");
     WriteFile(
         folder.File("walk.recipe"),
-        "load frame plain.fts\naperture 10 20\nbackground 2 6 24 28 1\ncrunch\nload arc1 lines.fts\n"
-        "load mask lines.txt\nload table table.txt\napply-mask arc1\nfit-deviations arc1 3\nzap 900 1 2\n");
+        "load frame plain.fts\naperture 28 32\nbackground 2 6 36 40 1\ncrunch\nload arc1 lines.fts\n"
+        "load mask mask.txt\nload table table.txt\napply-mask arc1\nfit-deviations arc1 3\nzap 900 1 2\n");
     platform.fileToOpen = folder.File("walk.recipe");
     platform.fileToSave = folder.File("saved.recipe");
-    session->settingsPath = folder.File("Halmek8.ini");
-    main.Open();
-  }
-
-  void WriteArc(const std::string& name, int pixels, const std::function<double(int)>& value) {
-    std::vector<double> values;
-    for (int p = 1; p <= pixels; ++p)
-      values.push_back(value(p));
-    WriteSpectrum(name, values);
   }
 
   int Any(int n) { return std::uniform_int_distribution<int>(0, n - 1)(random); }
@@ -68,175 +53,129 @@ class RandomWalk : public WindowTest {
     return all.isEmpty() ? T() : all[Any(static_cast<int>(all.size()))];
   }
 
-  template <class T>
-  T* AnyShown(QWidget* window) {
-    QList<T*> shown;
-    for (T* control : window->findChildren<T*>())
-      if (control->isVisible() && control->isEnabled())
-        shown.push_back(control);
-    return AnyOf(shown);
-  }
-
   QWidget* AnyWindow() {
     if (QWidget* const window = AnyOf(OpenWindows()))
       return window;
-    main.Open();
-    return &main;
+    main->Open();
+    return main.get();
   }
 
-  template <class Button>
-  void PressAny(QWidget* window) {
-    if (auto* const button = AnyShown<Button>(window))
+  // Any control that takes the keyboard, used by a hand that does not look.
+  void UseControl(QWidget* window) {
+    static const QStringList texts =
+        QString("0,,3,12.5,-4,60,99999,1e400,abc,plain.fts,1,20,7,5020,5061.5,5102").split(',');
+    QList<QWidget*> controls;
+    for (QWidget* control : window->findChildren<QWidget*>())
+      if (control->isVisible() && control->isEnabled() && control->focusPolicy() != Qt::NoFocus)
+        controls.push_back(control);
+    QWidget* const control = AnyOf(controls);
+    if (auto* const button = qobject_cast<QAbstractButton*>(control)) {
       button->click();
-  }
-
-  void ChooseFromCombo(QWidget* window) {
-    QComboBox* const combo = AnyShown<QComboBox>(window);
-    // Drives lead out of the folder.
-    if (combo == nullptr || combo->count() == 0 || combo->objectName() == "Drive1")
-      return;
-    combo->setCurrentIndex(Any(combo->count()));
-    Q_EMIT combo->activated(combo->currentIndex());
-  }
-
-  void ChooseFile(QWidget* window) {
-    auto* const files = window->findChild<QListWidget*>("File1");
-    if (files != nullptr && files->count() > 0)
-      files->setCurrentRow(Any(files->count()));
-  }
-
-  void Type(QWidget* window) {
-    static const QStringList texts{"0",   "",          "3", "12.5", "-4", "60",   "99999",  "1e400",
-                                   "abc", "plain.fts", "1", "20",   "7",  "5020", "5061.5", "5102"};
-    if (auto* const box = AnyShown<QLineEdit>(window))
+    } else if (auto* const box = qobject_cast<QLineEdit*>(control)) {
       box->setText(AnyOf(texts));
-  }
-
-  void Scroll(QWidget* window) {
-    if (auto* const bar = AnyShown<QScrollBar>(window))
+    } else if (auto* const bar = qobject_cast<QScrollBar*>(control)) {
       bar->setValue(bar->minimum() + Any(std::max(1, bar->maximum() - bar->minimum() + 1)));
+    } else if (auto* const list = qobject_cast<QListWidget*>(control);
+               list && list->objectName() == "File1") {
+      list->setCurrentRow(Any(list->count() + 1) - 1);
+    } else if (auto* const combo = qobject_cast<QComboBox*>(control);
+               combo && combo->objectName() != "Drive1") {
+      // Drives lead out of the folder.
+      combo->setCurrentIndex(Any(combo->count()));
+      Q_EMIT combo->activated(combo->currentIndex());
+    }
   }
 
   void UseMouse(QWidget* window) {
     auto* const surface = window->findChild<QWidget*>("surface");
     if (surface == nullptr)
-      return;
+      return UseControl(window);
     const QPoint at(Any(surface->width() + 20) - 10, Any(surface->height() + 20) - 10);
-    const int what = Any(4);
-    if (what == 1)
+    const int what = Any(5);
+    if (what == 0)
+      SendWheel(surface, Any(7) - 3, Any(2) == 0 ? Qt::ShiftModifier : Qt::NoModifier);
+    else if (what == 1)
       QTest::mouseMove(surface, at);
     else
-      QTest::mouseClick(surface, what == 0 ? Qt::RightButton : Qt::LeftButton, {}, at);
+      QTest::mouseClick(surface, what == 2 ? Qt::RightButton : Qt::LeftButton, {}, at);
   }
 
-  void TurnWheel(QWidget* window) {
-    auto* const surface = window->findChild<QWidget*>("surface");
-    if (surface == nullptr)
-      return;
-    const int notches = Any(7) - 3;
-    SendWheel(surface, notches, Any(2) == 0 ? Qt::ShiftModifier : Qt::NoModifier);
-  }
-
-  void ChooseFromMenu(QWidget* window) {
-    if (auto* const action = AnyOf(window->findChildren<QAction*>());
-        action != nullptr && action->isEnabled())
-      action->trigger();
-  }
-
-  void Resize(QWidget* window) {
-    static const QList<QSize> sizes{{100, 100}, {1, 1}, {933, 400}, {1900, 1000}, {300, 900}};
-    window->resize(AnyOf(sizes));
-  }
-
-  void LoadAny(QWidget*) {
-    static const QList<std::string> files{"plain.fts", "plain.fts",  "large.fts", "dot.fts",
-                                          "row.fts",   "column.fts", "zero.fts",  "constant.fts",
-                                          "wild.fts",  "junk.fts",   "none.fts"};
-    static const QList<std::string> spectra{"lines.fts", "lines.fts", "dense.fts", "long.fts",
-                                            "short.fts", "flat.fts",  "dark.fts",  "tops.fts",
-                                            "junk.fts",  "none.fts",  "plain.fts"};
-    const int what = Any(6);
-    if (what < 2)
-      main.actions().LoadFrameFrom(AnyOf(files));
-    else if (what == 3)
-      desk.Do(&main, Any(2) == 0 ? steps::Load{"table", "table.txt"} : steps::Load{"mask", "lines.txt"});
+  void LoadAny() {
+    static const QStringList files =
+        QString("plain plain large dot row column zero wild lines lines dense long short dark tops junk none")
+            .split(' ');
+    static const QList<std::string> slots{"frame", "frame", "object", "arc1", "arc1", "arc2"};
+    const int what = Any(8);
+    if (what == 0)
+      Load("table.txt", "table");
+    else if (what == 1)
+      Load("mask.txt", "mask");
     else
-      desk.Do(&main, steps::Load{what == 2 ? "object" : what == 4 ? "arc2" : "arc1", AnyOf(spectra)});
+      Load(AnyOf(files).toStdString() + ".fts", AnyOf(slots));
   }
 
   // Clicks at a line of an arc, which blind clicks seldom meet.
-  void ClickArc(QWidget*) {
-    const int a = 1 + Any(2);
-    const char* const name = a == 1 ? "frmPlot_Arc1" : "frmPlot_Arc2";
-    if (!IsOpen(name) || Pixels(session->slot[a]) == 0)
-      return main.actions().PlotArc(a);
-    const PlotFrame& f = session->arc[a].plotFrame;
-    const double x = ScreenX(f, 1 + Any(Pixels(session->slot[a])));
-    QTest::mouseClick(Window(name)->findChild<QWidget*>("surface"), Qt::LeftButton, {},
-                      QPoint(PixelsOf(x), PixelsOf((f.plotTop + f.plotBottom) / 2.0)));
-  }
-
-  void Close(QWidget* window) {
-    if (Any(10) == 0)
-      window->close();
-  }
-
-  void UseKeys(QWidget* window) {
-    if (window->objectName() == "frmClickMax")
-      QTest::keyClick(window->findChild<QLineEdit*>(), Any(3) == 0 ? Qt::Key_Down : Qt::Key_Return);
+  void ClickArc() {
+    const int a = 1 + Any(2), pixels = Pixels(session->slot[a]);
+    if (pixels == 0 || ArcPlot(a) == nullptr || !ArcPlot(a)->isVisible())
+      main->actions().PlotArc(a);
+    else
+      ClickColumn(a, 1 + Any(pixels));
   }
 
   void Step() {
-    static constexpr struct {
-      int weight;
-      void (RandomWalk::*act)(QWidget* window);
-    } actions[] = {{1, &RandomWalk::LoadAny},         {1, &RandomWalk::Resize},
-                   {1, &RandomWalk::ChooseFromMenu},  {1, &RandomWalk::PressAny<QRadioButton>},
-                   {1, &RandomWalk::ChooseFromCombo}, {1, &RandomWalk::Type},
-                   {1, &RandomWalk::TurnWheel},       {2, &RandomWalk::Scroll},
-                   {1, &RandomWalk::ChooseFile},      {1, &RandomWalk::Close},
-                   {4, &RandomWalk::UseMouse},        {3, &RandomWalk::ClickArc},
-                   {1, &RandomWalk::UseKeys},         {5, &RandomWalk::PressAny<QPushButton>}};
+    static const QList<QSize> sizes{{100, 100}, {1, 1}, {933, 400}, {1900, 1000}, {300, 900}};
     QWidget* const window = AnyWindow();
-    int chosen = Any(24);
-    for (const auto& a : actions)
-      if ((chosen -= a.weight) < 0)
-        return (this->*a.act)(window);
+    QAction* const action = AnyOf(window->findChildren<QAction*>());
+    const int what = Any(24);
+    if (what == 0)
+      LoadAny();
+    else if (what == 1)
+      window->resize(AnyOf(sizes));
+    else if (what == 2 && Any(10) == 0)
+      window->close();
+    else if (what <= 5)
+      ClickArc();
+    else if (what <= 10)
+      UseMouse(window);
+    else if (what == 11 && action && action->isEnabled())
+      action->trigger();
+    else if (what == 12 && IsLineOpen())
+      QTest::keyClick(Find<QLineEdit>(Line(), "Text1"), Any(3) == 0 ? Qt::Key_Down : Qt::Key_Return);
+    else
+      UseControl(window);
   }
 
-  // What a window shows lies within the frame.
+  // What a window shows lies within the frame, and lines lie within their arc.
   void ExpectSound(int event) {
     const Session& s = *session;
-    if (IsOpen("frmPlot_Row")) {
-      const PlotFrame& f = s.rowPlot.rowFrame;
-      ASSERT_TRUE(f.firstColumn >= 1 && f.firstColumn <= f.lastColumn && f.lastColumn <= Columns(s)) << event;
-      ASSERT_TRUE(s.rowPlot.plotRow >= 1 && s.rowPlot.plotRow <= Rows(s)) << event;
-    }
-    if (IsOpen("frmPlot_Column")) {
-      ASSERT_TRUE(s.slice.sliceColumn >= 1 && s.slice.sliceColumn <= Columns(s)) << event;
-    }
+    const auto isWithin = [](double first, double value, double last) {
+      return first <= value && value <= last;
+    };
+    const RowPlot& row = s.rowPlot;
+    ASSERT_TRUE(!IsOpen("frmPlot_Row") || (isWithin(1, row.plotRow, Rows(s)) &&
+                                           isWithin(1, row.rowFrame.firstColumn, row.rowFrame.lastColumn) &&
+                                           row.rowFrame.lastColumn <= halmek::Columns(s)))
+        << event;
+    ASSERT_TRUE(!IsOpen("frmPlot_Column") || isWithin(1, s.slice.sliceColumn, halmek::Columns(s))) << event;
     ASSERT_FALSE(platform.isBusy) << event;
     for (int a : {1, 2}) {
       const Arc& arc = s.arc[a];
-      ASSERT_TRUE(arc.LineCount >= 0 && arc.LineCount <= lastLine) << event;
-      for (int k = 1; k <= arc.LineCount; ++k) {
-        // The lines of an arc stay where another one stops loading halfway.
-        ASSERT_TRUE(arc.ArcLineColumn(k) >= 1 && arc.ArcLineColumn(k) <= Pixels(s.slot[a]))
-            << event << ": line " << k << " of arc " << a;
-        ASSERT_TRUE(arc.ArcLineWavelength(k) >= 3000 && arc.ArcLineWavelength(k) <= 9000) << event;
-      }
+      for (int k = 1; k <= arc.LineCount; ++k)
+        ASSERT_TRUE(isWithin(1, arc.ArcLineColumn(k), Pixels(s.slot[a])) &&
+                    isWithin(3000, arc.ArcLineWavelength(k), 9000))
+            << event << ": line " << k << " of arc " << a << " at " << arc.ArcLineColumn(k) << ", "
+            << arc.ArcLineWavelength(k);
       mostLines = std::max(mostLines, arc.LineCount);
       wasFitted = wasFitted || arc.fitDone;
     }
     wasCorrected = wasCorrected || !s.workflow.correctionStatus.empty();
-    ASSERT_LE(s.continuum.continuumPointCount, Continuum::lastPoint) << event;
   }
 
   // How far the walk came at its best: it must not merely wander among refusals.
   int mostLines = 0;
   bool wasFitted = false, wasCorrected = false;
   std::mt19937 random{20260711};
-  MainWindow main{desk};
 };
 
 TEST_F(RandomWalk, AHundredThousandEventsLeaveNoDamage) {
