@@ -4,10 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "files/text_records.h"
 #include "support/test_session.h"
@@ -15,46 +13,11 @@
 namespace halmek::test {
 namespace {
 
-const char* const defaultsText =
-    R"ini("This is the init file for Halmekxx.exe containing various default parameters plus positional and sizing info for forms."
-1397,"bad column #"
-1,1,1748,140
-50,"start row to plot"
-0,"Restore to full row after Zap"
-0,"Manual fit: 0=No, -1=Yes"
-500,500,"About"
-500,500,"Clickmax"
-500,500,6000,9000,"Display_Header"
-500,500,"Help"
-500,500,"Load_1D"
-500,500,"Load_2D"
-500,500,"Load_Mask"
-500,500,"Load_WLtable"
-500,500,"Main"
-500,500,14000,6000,"Plot_1D"
-500,500,14000,6000,"Plot_1D"
-500,500,14000,6000,"Plot_1D"
-500,500,14000,6000,"Plot_1D"
-500,500,14000,6000,"Plot_Row"
-500,500,14000,6000,"Plot_Column"
-500,500,14000,6000,"Plot_Continuum"
-500,500,14000,6000,"Plot_WL_Diff%(1)"
-500,500,14000,6000,"Plot_WL_Diff%(2)"
-500,500,"Save_1DFile"
-500,500,"Save_1DText"
-500,500,"Save_2DFile"
-500,500,"Save_2Dtext"
-500,500,"Save_Mask"
-1,1,1748,140
-)ini";
+const std::string defaults = SettingsText({});
 
-// The default text with line `number` replaced.
-std::string WithLine(int number, const std::string& line) {
-  std::string text;
-  int count = 0;
-  for (const std::string_view old : Lines(defaultsText))
-    text += (++count == number ? line : std::string(old)) + "\r\n";
-  return text;
+// The default text with `old` replaced.
+std::string With(std::string_view old, std::string_view text) {
+  return std::string(defaults).replace(defaults.find(old), old.size(), text);
 }
 
 // The default text with field f of line k, where it is a number, replaced by -(100 k + f), so that no number
@@ -62,7 +25,7 @@ std::string WithLine(int number, const std::string& line) {
 std::string Numbered() {
   std::string text;
   int number = 0;
-  for (std::string_view line : Lines(defaultsText)) {
+  for (std::string_view line : Lines(defaults)) {
     ++number;
     for (int field = 1; !line.empty() && line[0] != '"'; ++field) {
       const size_t end = std::min(line.find(','), line.size());
@@ -74,6 +37,16 @@ std::string Numbered() {
   return text;
 }
 
+TEST(Settings, AreWrittenAsLinesOfNumbersWithALabel) {
+  const std::vector<std::string_view> lines = Lines(defaults);
+  ASSERT_EQ(lines.size(), 30u);
+  EXPECT_EQ((std::vector{lines[1], lines[2], lines[8], lines[23], lines[29]}),
+            (std::vector<std::string_view>{"1397,\"bad column #\"", "1,1,1748,140",
+                                           "500,500,6000,9000,\"Display_Header\"",
+                                           "500,500,14000,6000,\"Plot_WL_Diff%(2)\"", "1,1,1748,140"}));
+  EXPECT_TRUE(defaults.ends_with("\r\n"));
+}
+
 TEST(Settings, ReadEachFieldFromItsLineAndTheLaterOfTwo) {
   std::string expected = Numbered();
   for (const auto& [first, second] : {std::pair{"-301,-302,-303,-304", "-3001,-3002,-3003,-3004"},
@@ -82,30 +55,32 @@ TEST(Settings, ReadEachFieldFromItsLineAndTheLaterOfTwo) {
     expected.replace(expected.find(first), std::string_view(first).size(), second);
   const Settings s = ParseSettings(Numbered());
   EXPECT_EQ(SettingsText(s), expected);
-  EXPECT_EQ((std::vector<int>{s.badColumn, s.trimRow1, s.startRow, s.manualFit, s.displayHeader.height,
-                              s.mainWindow.top, s.plot1D[2].left, s.plotColumn.width, s.saveMask.top}),
-            (std::vector{-201, -3002, -401, -601, -904, -1502, -1701, -2103, -2902}));
+  EXPECT_EQ((std::vector<int>{s.badColumn, s.trimRow1, s.startRow, s.restoreAfterZap, s.manualFit,
+                              s.about.left, s.clickMax.left, s.displayHeader.height, s.help.left,
+                              s.loadMask.left, s.loadWLtable.left, s.mainWindow.top, s.plot1D[2].left,
+                              s.plotRow.left, s.plotColumn.width, s.plotContinuum.left, s.save1DText.left,
+                              s.save2DText.top, s.saveMask.top}),
+            (std::vector{-201, -3002, -401, -501, -601, -701, -801, -904, -1001, -1301, -1401, -1502, -1701,
+                         -2001, -2103, -2201, -2601, -2802, -2902}));
 }
 
 TEST(Settings, ReadFilesEditedByHand) {
-  for (const std::string& text :
-       {WithLine(4, "12,\"another label\""), WithLine(4, " 11.5 , rounded") + "more\r\n"})
+  for (const std::string& text : {With("50,\"start row to plot\"", "12,\"another label\""),
+                                  With("50,\"start row to plot\"", " 11.5 , rounded") + "more\r\n"})
     EXPECT_EQ(ParseSettings(text).startRow, 12) << text;
 }
 
 TEST(Settings, AreAllDefaultsWhereTheFileIsMissingOrMalformed) {
-  const std::string defaults = WithLine(0, ""), numbered = Numbered();
-  const std::string texts[] = {numbered.substr(0, numbered.find("\"Help\"")),
-                               WithLine(16, "32768,500,14000,6000,\"Plot_1D\""), std::string(100000, '\0')};
   const TemporaryFolder folder;
-  const std::string path = folder.File("settings.ini");
+  const std::string path = folder.File("settings.ini"), numbered = Numbered();
   EXPECT_FALSE(ReadSettings(path).found);
-  for (const std::string& text : texts) {
+  for (const std::string& text :
+       {numbered.substr(0, numbered.find("\"Help\"")), With("14000", "32768"), std::string(100000, '\0')}) {
     WriteFile(path, text);
     const SettingsRead read = ReadSettings(path);
     EXPECT_TRUE(!read.found && SettingsText(read.settings) == defaults) << text;
   }
-  WriteSettings(path, ParseSettings(defaults));
+  WriteSettings(path, {});
   EXPECT_TRUE(ReadSettings(path).found);
   EXPECT_EQ(ReadFile(path), defaults);
 }

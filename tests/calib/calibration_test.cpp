@@ -2,6 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <random>
+#include <span>
 #include <tuple>
 
 #include "calib/deviations.h"
@@ -70,27 +74,27 @@ TEST_F(CalibrationTest, DeviationsOfAKnownCurveAreFittedByTheirPower) {
 }
 
 TEST_F(CalibrationTest, RefusalsOfDeviationFitsByPowerAndNumberOfLines) {
-  const auto message = [](int power) {
+  const std::string tooFew = "You haven't identified enough lines.  At least three are required.";
+  const auto least = [](int power) {
     return "For a fit of power " + std::to_string(power) + ", you need at least " +
            std::to_string(power + 1) + " terms.  Please try again.";
   };
   const std::tuple<int, int, bool, std::string> cases[] = {
-      {2, 2, false, "You haven't identified enough lines.  At least three are required."},
-      {2, 2, true, message(2)},
+      {2, 2, false, tooFew},
+      {2, 2, true, least(2)},
       {3, 2, false, ""},
-      {3, 3, false, message(3)},
+      {3, 3, false, least(3)},
       {4, 3, false, ""},
-      {4, 4, false, message(4)},
+      {4, 4, false, least(4)},
       {5, 4, false, ""},
-      {5, 5, false, message(5)},
+      {5, 5, false, least(5)},
       {6, 5, false, "Sorry; this has not been implemented yet."}};
   for (const auto& [lines, power, byMask, refusal] : cases) {
     DeleteAllLines(*session, 1);
     IdentifyCurve(lines);
     arc.fitPower = power;
     arc.maskApplied = byMask;
-    if (lines >= 3)
-      ComputeDeviations(*session, 1);
+    ComputeDeviations(*session, 1);
     EXPECT_EQ(RefusalOf([&] { FitDeviations(*session, 1); }), refusal) << lines << " lines, power " << power;
     EXPECT_EQ(arc.fitDone, refusal.empty());
   }
@@ -98,9 +102,6 @@ TEST_F(CalibrationTest, RefusalsOfDeviationFitsByPowerAndNumberOfLines) {
 
 TEST_F(CalibrationTest, ResetDropsTheFitAndPowersKeepTheirOwnCoefficients) {
   IdentifyCurve(8);
-  EXPECT_EQ(RefusalOf([&] { AcceptDeviations(*session, 1); }), "Hey, you need to do the fit!");
-  EXPECT_EQ(RefusalOf([&] { RequireCalibrated(*session, 1); }),
-            "Hey, you have not completed the line identification and fitting process!");
   ComputeDeviations(*session, 1);
   arc.fitPower = 2;
   FitDeviations(*session, 1);
@@ -113,6 +114,8 @@ TEST_F(CalibrationTest, ResetDropsTheFitAndPowersKeepTheirOwnCoefficients) {
   EXPECT_TRUE(session->workflow.saveSpectrumEnabled);
   ResetDeviations(*session, 1);
   EXPECT_EQ(RefusalOf([&] { AcceptDeviations(*session, 1); }), "Hey, you need to do the fit!");
+  EXPECT_EQ(RefusalOf([&] { RequireCalibrated(*session, 1); }),
+            "Hey, you have not completed the line identification and fitting process!");
 }
 
 TEST_F(CalibrationTest, PlotShowsADotPerLineAndTheCurveOnceFitted) {
@@ -143,11 +146,13 @@ TEST_F(CalibrationTest, NoDeviationLeavesTheSpectrumAndPutsItsScaleInThePlaceOfE
   const auto after = object.spectrum.Range(1, pixels);
   EXPECT_EQ(std::vector<double>(after.begin(), after.end()), before);
   ASSERT_EQ(object.cardCount, cards + 4);
-  EXPECT_EQ(object.card(cards + 1),
-            "CRVAL1  =             4001.250 / Wavelength of first pixel in Angstroms");
-  EXPECT_EQ(object.card(cards + 2), "CRPIX1  =                    1 / The pixel of that wavelength");
-  EXPECT_EQ(object.card(cards + 3), "CD1_1   =            1.2500000 / Wavelength scale in Angstroms / pixel");
-  EXPECT_EQ(object.card(cards + 4), "HISTORY  Halmek corrected the dispersion to linear.");
+  const auto added = CardsOf(object);
+  EXPECT_EQ(
+      std::vector(added.end() - 4, added.end()),
+      (std::vector<std::string>{"CRVAL1  =             4001.250 / Wavelength of first pixel in Angstroms",
+                                "CRPIX1  =                    1 / The pixel of that wavelength",
+                                "CD1_1   =            1.2500000 / Wavelength scale in Angstroms / pixel",
+                                "HISTORY  Halmek corrected the dispersion to linear."}));
   EXPECT_TRUE(session->workflow.saveObjectEnabled && !session->workflow.correctEnabled);
   EXPECT_EQ(CorrectionRefusal(), "This file has already been dispersion corrected.");
 }
@@ -206,6 +211,93 @@ TEST_F(CalibrationTest, FarShiftsLoseTheirFluxWithoutHarm) {
     SetObject();
     EXPECT_NO_THROW(CorrectDispersion(*session)) << shift;
   }
+}
+
+// What the correction does to the light: how much there is, and where it lies afterwards.
+class Flux : public CalibrationTest {
+ protected:
+  double Uniform(double low, double high) {
+    return std::uniform_real_distribution<double>(low, high)(random);
+  }
+
+  // One or two arcs with smooth correction functions of up to ten pixels whose slope stays below 0.2, or with
+  // constant ones of whole numbers of quarters of a pixel.
+  void SetRandomArcs(int n) {
+    s.arcCount = 1 + static_cast<int>(random() % 2);
+    const bool isConstant = random() % 4 == 0;
+    for (int a = 1; a <= 2; ++a) {
+      Arc& set = s.arc[a];
+      set.LineCount = 2;
+      set.fitDone = true;
+      set.linIntercept = Uniform(3500, 9000);
+      set.linSlope = isConstant ? 1.25 : Uniform(0.3, 3);
+      set.fitPower = 1 + static_cast<int>(random() % 5);
+      Polynomial& curve = set.DeviationCoef[set.fitPower];
+      const double constant = Uniform(-5, 5);
+      curve = {.power = set.fitPower, .a = {isConstant ? std::round(4 * constant) / 4 : constant}};
+      // The terms above the constant share 5 pixels at the last pixel, or what the slope allows.
+      const double share = std::min(5.0, 0.19 * n / set.fitPower) / set.fitPower;
+      for (int k = 1; k <= set.fitPower && !isConstant; ++k)
+        curve.a[static_cast<size_t>(k)] = Uniform(-share, share) / std::pow(n, k);
+    }
+    // The functions are in pixels so far.
+    const double step = s.arcCount == 1 ? s.arc[1].linSlope : (s.arc[1].linSlope + s.arc[2].linSlope) / 2;
+    for (Arc& set : s.arc)
+      for (double& coefficient : set.DeviationCoef[set.fitPower].a)
+        coefficient *= step;
+  }
+
+  std::vector<double> Corrected(const std::vector<double>& before) {
+    SetSpectrum(s, slots::object, before);
+    CorrectDispersion(s);
+    const auto values = object.spectrum.Range(1, static_cast<int>(before.size()));
+    return {values.begin(), values.end()};
+  }
+
+  std::mt19937 random{3};
+  Session& s = *session;
+};
+
+TEST_F(Flux, GoesToThePlaceOfItsWavelengthAndIsConservedAwayFromTheEdges) {
+  int roundsWithInnerLight = 0;
+  for (int round = 0; round < 300; ++round) {
+    SCOPED_TRACE(round);
+    const int n = static_cast<int>(std::pow(3000, Uniform(0, 1)));
+    SetRandomArcs(n);
+    // What is put back at either end, where light leaves or nothing comes to.
+    const double lastOfLow = std::trunc(CorrectionShift(s, 1)) + 1,
+                 firstOfHigh = n - std::trunc(CorrectionShift(s, n));
+    std::vector<double> before, inner, wavelengths, places, expected(static_cast<size_t>(n));
+    for (int i = 1; i <= n; ++i) {
+      const double flux = Uniform(1, 1000), shift = CorrectionShift(s, i), place = i - shift;
+      double wavelength = 0;  // by the arcs
+      for (const Arc& of : std::span(s.arc).subspan(1, static_cast<size_t>(s.arcCount)))
+        wavelength += (of.linIntercept + of.linSlope * i - CorrectionAt(of, i)) / s.arcCount;
+      wavelengths.push_back(wavelength);
+      places.push_back(place);
+      const bool isInner = std::min<double>(i, place - 1) > std::max(lastOfLow, 0.0) &&
+                           std::max<double>(i, place + 1) < std::min(firstOfHigh, n + 1.0);
+      before.push_back(flux);
+      inner.push_back(isInner ? flux : 0);
+      // Each pixel near the place receives the more the nearer it is.
+      for (int p = std::max(1, i - 15); p <= std::min(n, i + 15); ++p)
+        expected[static_cast<size_t>(p) - 1] += flux * std::max(0.0, 1 - std::fabs(p - i + shift));
+    }
+    for (int p = 1; p <= n; ++p)
+      if (p <= lastOfLow || p >= firstOfHigh)
+        expected[static_cast<size_t>(p) - 1] = before[static_cast<size_t>(p) - 1];
+
+    const std::vector<double> after = Corrected(before);
+    for (size_t p = 0; p < after.size(); ++p)
+      ASSERT_NEAR(after[p], expected[p], 1e-9) << "pixel " << p + 1 << " of " << n;
+    for (size_t p = 0; p < after.size(); ++p)
+      ASSERT_NEAR(s.dispStart + s.dispStep * (places[p] - 1), wavelengths[p], 1e-8) << "pixel " << p + 1;
+    const std::vector<double> innerAfter = Corrected(inner);
+    const double sum = std::accumulate(inner.begin(), inner.end(), 0.0);
+    EXPECT_NEAR(std::accumulate(innerAfter.begin(), innerAfter.end(), 0.0), sum, 1e-12 * sum);
+    roundsWithInnerLight += sum > 0;
+  }
+  EXPECT_GT(roundsWithInnerLight, 200);
 }
 
 }  // namespace

@@ -5,11 +5,9 @@
 
 #include <algorithm>
 #include <map>
-#include <memory>
-#include <string>
+#include <span>
 #include <tuple>
 #include <utility>
-#include <vector>
 
 #include "fits/fits_bytes.h"
 #include "fits/header.h"
@@ -42,100 +40,80 @@ TEST_F(LoadFits, FindsTheDataAtTheRecordBehindTheEndCardAtACardStart) {
 }
 
 TEST_F(LoadFits, TakesCardsApartAtTheFirstSlash) {
-  const struct {
-    std::string card, object, value, comment;
-  } cases[] = {{"OBJECT  = 'HD 12345'", "HD 12345", "'HD 12345'", ""},
-               {"OBJECT  = 'M 31    '           / n", "M 31    ", "'M 31    '", "/ n"},
-               {"OBJECT  = 'NGC/IC 5'", "NG", "'NGC", "/IC 5'"},
-               {"OBJECT  = ''", "", "''", ""}};
-  for (const auto& c : cases) {
-    Load(0, ImageCards("16", "1", "1", {c.card, "OBJECT  = 'second'"}), Bytes({0, 0}));
+  const std::tuple<std::string, std::string, std::string, std::string> cases[] = {
+      {"OBJECT  = 'HD 12345'", "HD 12345", "'HD 12345'", ""},
+      {"OBJECT  = 'M 31    '           / n", "M 31    ", "'M 31    '", "/ n"},
+      {"OBJECT  = 'NGC/IC 5'", "NG", "'NGC", "/IC 5'"},
+      {"OBJECT  = ''", "", "''", ""}};
+  for (const auto& [card, object, value, comment] : cases) {
+    Load(0, ImageCards("16", "1", "1", {card, "OBJECT  = 'second'"}), Bytes({0, 0}));
     const Slot& frame = s.slot[0];
-    EXPECT_EQ(frame.objectName, c.object);
-    EXPECT_EQ(frame.card(6), Padded(c.card));
-    EXPECT_EQ(frame.cardKeyword(6) + frame.cardValue(6), "OBJECT" + c.value);
-    EXPECT_TRUE(frame.cardComment(6).starts_with(c.comment));
+    EXPECT_EQ(frame.objectName, object);
+    EXPECT_EQ(frame.card(6), Padded(card));
+    EXPECT_EQ(frame.cardKeyword(6) + frame.cardValue(6), "OBJECT" + value);
+    EXPECT_TRUE(frame.cardComment(6).starts_with(comment));
   }
 }
 
 TEST_F(LoadFits, DecodesByBitpixBzeroAndTheLayoutAskedFor) {
-  const struct {
-    const char* bitpix;
-    Cards others;
-    bool dao;
-    std::vector<int> bytes;
-    double value;
-    int pixelType;
-    Warnings warnings;
-  } cases[] = {
+  const Warnings notApplied{"BSCALE and BZERO are not applied to the pixels of a DAO frame."};
+  const std::tuple<const char*, Cards, bool, std::vector<int>, double, int, Warnings> cases[] = {
       {"16", {}, false, {0xFF, 0xFF}, -1, 16, {}},
       {"16", {"BZERO   = 3.2768D+04 / offset"}, false, {0x80, 0x01}, 1, 17, {}},
       {"16", {"BZERO   = 7", "BZERO   = 0"}, false, {0, 0}, 7, 16, {}},
       {"16", {"BZERO   = 32768", "BSCALE  = 0.5"}, false, {0, 2}, 32769, 17, {}},
       {"16", {}, true, {0xFF, 0xFE}, 65534, 16, {}},
       {"16", {"BZERO   = 32768"}, true, {0xFF, 0xFE}, 32766, 17, {}},
-      {"16",
-       {"BSCALE  = 3"},
-       true,
-       {0, 2},
-       2,
-       16,
-       {"BSCALE and BZERO are not applied to the pixels of a DAO frame."}},
+      {"16", {"BSCALE  = 3"}, true, {0, 2}, 2, 16, notApplied},
       {"8", {"BITPIX  = 16"}, false, {1, 0}, 256, 16, {}},
       {"32", {"BSCALE  = 2"}, false, {0, 1, 0, 0}, 131072, 32, {}},
       {"32", {"BZERO   = 2147483648."}, false, {0xFF, 0xFF, 0xFF, 0xFF}, 2147483647, 32, {}},
       {"-64", {"BSCALE  = 0.25", "BZERO   = 1"}, false, {0xC0, 0, 0, 0, 0, 0, 0, 0}, 0.5, -64, {}},
   };
-  for (const auto& c : cases) {
-    s.daoFrame = c.dao;
-    const Warnings warnings = Load(0, ImageCards(c.bitpix, "1", "1", c.others), Bytes(c.bytes));
-    EXPECT_EQ(s.image(1, 1), c.value) << c.bitpix << " " << c.dao;
-    EXPECT_EQ(s.slot[0].pixelType, c.pixelType) << c.bitpix;
-    EXPECT_EQ(warnings, c.warnings);
+  for (const auto& [bitpix, others, isDao, bytes, value, pixelType, warnings] : cases) {
+    s.daoFrame = isDao;
+    EXPECT_EQ(Load(0, ImageCards(bitpix, "1", "1", others), Bytes(bytes)), warnings);
+    EXPECT_EQ(s.image(1, 1), value) << bitpix << " " << isDao;
+    EXPECT_EQ(s.slot[0].pixelType, pixelType) << bitpix;
     EXPECT_FALSE(s.daoFrame);
   }
 }
 
 TEST_F(LoadFits, FillsPixelsWithoutValueFromTheirRowAndTellsHowMany) {
   const std::string told = " (BLANK = -1): filled with the mean of the nearest pixels of the row.";
-  const struct {
-    Cards others;
-    std::vector<int> stored;
-    std::vector<double> pixels;
-    std::string warning;
-  } cases[] = {
-      {{}, {5, -1, 9}, {5, -1, 9}, ""},
-      {{"BLANK   = -1"}, {5, 7, 9}, {5, 7, 9}, ""},
-      {{"BLANK   = -1"}, {5, -1, -1, 9, -1}, {5, 7, 7, 9, 9}, "3 pixels have no value" + told},
-      {{"BLANK   = -1", "BSCALE  = 2", "BZERO   = 1"}, {-1, 9}, {19, 19}, "1 pixel has no value" + told},
-      {{"BLANK   = -1", "BZERO   = 32768"}, {-1, 0}, {32768, 32768}, "1 pixel has no value" + told},
-      {{"BLANK   = -1"}, {-1, -1}, {0, 0}, "2 pixels have no value" + told}};
-  for (const auto& c : cases) {
+  const std::tuple<Cards, std::vector<int>, std::vector<double>, Warnings> cases[] = {
+      {{}, {5, -1, 9}, {5, -1, 9}, {}},
+      {{"BLANK   = -1"}, {5, 7, 9}, {5, 7, 9}, {}},
+      {{"BLANK   = -1"}, {5, -1, -1, 9, -1}, {5, 7, 7, 9, 9}, {"3 pixels have no value" + told}},
+      {{"BLANK   = -1", "BSCALE  = 2", "BZERO   = 1"}, {-1, 9}, {19, 19}, {"1 pixel has no value" + told}},
+      {{"BLANK   = -1", "BZERO   = 32768"}, {-1, 0}, {32768, 32768}, {"1 pixel has no value" + told}},
+      {{"BLANK   = -1"}, {-1, -1}, {0, 0}, {"2 pixels have no value" + told}}};
+  for (const auto& [others, stored, expected, warnings] : cases) {
     std::string data;
-    for (const int stored : c.stored)
-      data += Bytes({(stored >> 8) & 0xFF, stored & 0xFF});
+    for (const int number : stored)
+      data += Bytes({(number >> 8) & 0xFF, number & 0xFF});
+    const int n = static_cast<int>(expected.size());
     for (const int slot : {0, 4}) {
-      const Warnings warnings =
-          Load(slot, ImageCards("16", std::to_string(c.stored.size()), "1", c.others), data);
-      EXPECT_EQ(warnings, c.warning.empty() ? Warnings{} : Warnings{c.warning});
-      const int n = static_cast<int>(c.pixels.size());
+      EXPECT_EQ(Load(slot, ImageCards("16", std::to_string(n), "1", others), data), warnings);
       const auto pixels = slot == 0 ? s.image.Row(1, 1, n) : s.slot[4].spectrum.Range(1, n);
-      EXPECT_EQ(std::vector(pixels.begin(), pixels.end()), c.pixels) << c.warning;
-      EXPECT_EQ(slot == 0 ? s.imageMin : s.slot[4].spectrumMin, *std::ranges::min_element(c.pixels));
-      const Slot& header = s.slot[slot];
-      EXPECT_EQ(header.card(header.cardCount).starts_with("HISTORY  Halmek filled"), !c.warning.empty());
+      EXPECT_EQ(std::vector(pixels.begin(), pixels.end()), expected);
+      EXPECT_EQ(slot == 0 ? s.imageMin : s.slot[4].spectrumMin, *std::ranges::min_element(expected));
+      const std::string last = CardsOf(s.slot[slot]).back();
+      EXPECT_EQ(last.starts_with("HISTORY  Halmek filled"), !warnings.empty());
     }
   }
 }
 
-TEST_F(LoadFits, ReadsTheLargestFrameRowAfterRowAndItsRange) {
-  std::string data;
-  for (int i = 0; i < 3000 * 500; ++i)
-    data += Bytes({(i % 1901 + 100) / 256, (i % 1901 + 100) % 256});
-  Load(0, ImageCards("16", "3000", "500"), data);
-  for (int i : {0, 2999, 3000, 65535, 1499999})
-    EXPECT_EQ(s.image(1 + i / 3000, 1 + i % 3000), i % 1901 + 100) << i;
-  EXPECT_EQ(std::pair(s.imageMin, s.imageMax), std::pair(100.0, 2000.0));
+TEST_F(LoadFits, ReadsTheWidestAndTheHighestFrameRowAfterRowAndItsRange) {
+  for (const auto& [columns, rows] : {std::pair{3000, 2}, {2, 500}}) {
+    std::string data;
+    for (int i = 0; i < columns * rows; ++i)
+      data += Bytes({(i + 100) / 256, (i + 100) % 256});
+    Load(0, ImageCards("16", std::to_string(columns), std::to_string(rows)), data);
+    for (int i : {0, columns - 1, columns, columns * rows - 1})
+      EXPECT_EQ(s.image(1 + i / columns, 1 + i % columns), i + 100) << i;
+    EXPECT_EQ(std::pair(s.imageMin, s.imageMax), std::pair(100.0, columns * rows + 99.0));
+  }
 }
 
 TEST_F(LoadFits, AFrameStartsTheReductionOver) {
@@ -175,51 +153,39 @@ std::map<std::string, std::string> BadFiles(const std::string& rows) {
           {"data cut", good.substr(0, 2897)}};
 }
 
-TEST_F(LoadFits, ARefusedFrameChangesNothing) {
-  auto files = BadFiles("2");
-  const std::string data(2000, 'x');
-  files["501 rows"] = FitsBytes(ImageCards("16", "1", "501"), data);
-  files["no rows"] = FitsBytes({"SIMPLE", "BITPIX  = 16", "NAXIS1  = 9"}, data);
-  Load(0, ImageCards("16", "2", "2", {"TRIM    = 1"}), Bytes({0, 1, 0, 2, 0, 3, 0, 4}));
-  s.rowPlot.undoRow = 2;
-  s.workflow.crunchEnabled = true;
-  const Workflow& w = s.workflow;
-  const auto state = [&] {
-    return std::tuple(s.slot[0].fileName, s.slot[0].loadedFile, s.slot[0].naxis1, CardsOf(s.slot[0]),
-                      s.image(1, 1) + 10 * s.image(1, 2) + 100 * s.image(2, 1) + 1000 * s.image(2, 2),
-                      s.imageMax, s.rowPlot.undoRow, w.title, w.fileLabel[0], w.crunchEnabled,
-                      w.fixTraceEnabled && w.sliceEnabled && w.fixColumnEnabled && s.frameTrimmed);
-  };
-  const auto before = state();
-  EXPECT_EQ(std::get<4>(before), 4321);
-  EXPECT_NE(RefusalOf([&] { LoadFits2D(s, "missing.fts"); }), "");
-  for (const auto& [name, bytes] : files) {
-    WriteFile(folder.File("bad.fts"), bytes);
-    EXPECT_NE(RefusalOf([&] { LoadFits2D(s, "bad.fts"); }), "") << name;
-    EXPECT_EQ(state(), before) << name;
-  }
-}
-
-TEST_F(LoadFits, ARefusedSpectrumChangesNothing) {
-  auto files = BadFiles("1");
-  files["a frame"] = FitsBytes(ImageCards("16", "9", "2"), std::string(200, 'x'));
-  for (const int slot : {1, 4}) {
-    Load(slot, {"SIMPLE", "BITPIX  = 16", "NAXIS1  = 2", "OBJECT  = 'Ne'"}, Bytes({0, 5, 0, 6}));
+TEST_F(LoadFits, ARefusedFileChangesNothing) {
+  for (const int slot : {0, 1, 4}) {
+    const std::string rows = slot == 0 ? "2" : "1", data(2000, 'x');
+    auto files = BadFiles(rows);
+    files["rows"] = FitsBytes(ImageCards("16", "1", slot == 0 ? "501" : "2"), data);
+    if (slot == 0)
+      files["no rows"] = FitsBytes({"SIMPLE", "BITPIX  = 16", "NAXIS1  = 9"}, data);
+    Load(slot, ImageCards("16", "2", rows, {"TRIM    = 1", "OBJECT  = 'Ne'"}),
+         Bytes({0, 1, 0, 2, 0, 3, 0, 4}));
+    s.rowPlot.undoRow = 2;
     s.arc[1].LineCount = 3;
-    s.arc[1].fitDone = true;
+    s.arc[1].fitDone = s.workflow.crunchEnabled = true;
     s.workflow.saveObjectEnabled = slot == 4;
     const auto state = [&] {
       const Slot& loaded = s.slot[slot];
+      const Workflow& w = s.workflow;
+      const std::span<const double> frameRow = s.image.Row(1, 1, 2), spectrum = loaded.spectrum.Range(1, 2);
       return std::tuple(loaded.fileName, loaded.loadedFile, loaded.objectName, loaded.naxis1, CardsOf(loaded),
-                        loaded.spectrum(1) + 10 * loaded.spectrum(2), s.arc[1].LineCount, s.arc[1].fitDone,
-                        s.workflow.saveObjectEnabled, s.workflow.correctEnabled,
-                        s.workflow.arc[1].plotEnabled, s.workflow.fileLabel[slot]);
+                        std::vector(frameRow.begin(), frameRow.end()), s.image(2, 2), s.imageMax,
+                        std::vector(spectrum.begin(), spectrum.end()), s.rowPlot.undoRow, w.title,
+                        w.fileLabel[slot], w.crunchEnabled, w.fixTraceEnabled, w.sliceEnabled,
+                        w.fixColumnEnabled, s.frameTrimmed, s.arc[1].LineCount, s.arc[1].fitDone,
+                        w.saveObjectEnabled, w.correctEnabled, w.arc[1].plotEnabled);
     };
     const auto before = state();
-    EXPECT_NE(RefusalOf([&] { LoadFits1D(s, slot, "missing.fts"); }), "");
+    EXPECT_EQ(slot == 0 ? std::get<5>(before) : std::get<8>(before), (std::vector<double>{1, 2}));
+    const auto refusal = [&](const std::string& name) {
+      return RefusalOf([&] { slot == 0 ? LoadFits2D(s, name) : LoadFits1D(s, slot, name); });
+    };
+    EXPECT_NE(refusal("missing.fts"), "");
     for (const auto& [name, bytes] : files) {
       WriteFile(folder.File("bad.fts"), bytes);
-      EXPECT_NE(RefusalOf([&] { LoadFits1D(s, slot, "bad.fts"); }), "") << name;
+      EXPECT_NE(refusal("bad.fts"), "") << name;
       EXPECT_EQ(state(), before) << name;
     }
   }
@@ -233,19 +199,20 @@ TEST_F(LoadFits, ANewArcDropsTheIdentificationsOfItsOwnSlotOnly) {
     s.workflow.arc[a].fitStatus = s.workflow.arc[a].fitWindowStatus = doneText;
   }
   s.frameTrimmed = true;
+  const auto state = [&](int a) {
+    const Arc& arc = s.arc[a];
+    const auto& status = s.workflow.arc[a];
+    return std::tuple(arc.LineCount, arc.fitDone, arc.maskApplied, status.fitStatus, status.fitWindowStatus,
+                      arc.PixelCentroid(3000), arc.PixelCentroidError(3), arc.PixelWavelength(3));
+  };
+  const auto before = state(2);
   Load(1, {"SIMPLE", "BITPIX  = 16", "NAXIS1  = 3", "OBJECT  = 'Ne'"}, Bytes({0, 3, 1, 0, 0, 1}));
-
-  EXPECT_EQ(s.slot[1].spectrum(2), 256);
-  EXPECT_EQ(s.slot[1].spectrumMax * 10 + s.slot[1].spectrumMin, 2561);
+  EXPECT_EQ(state(2), before);
+  EXPECT_EQ(state(1), std::tuple(0, false, false, "", "", 0.0, 0.0, 0.0));
+  EXPECT_EQ(std::tuple(s.slot[1].spectrum(2), s.slot[1].spectrumMax, s.slot[1].spectrumMin),
+            std::tuple(256, 256, 1));
   EXPECT_EQ(s.workflow.fileLabel[1] + s.workflow.objectLabel[1], "spectrum.ftsNe");
   EXPECT_TRUE(s.workflow.arc[1].plotEnabled && s.frameTrimmed);
-  for (int a : {1, 2}) {
-    const Arc& arc = s.arc[a];
-    const int kept = a - 1;
-    EXPECT_EQ(arc.LineCount + arc.fitDone + arc.maskApplied, 4 * kept);
-    EXPECT_EQ(arc.PixelCentroid(3000) + arc.PixelCentroidError(3) + arc.PixelWavelength(3), 27 * kept);
-    EXPECT_EQ((s.workflow.arc[a].fitStatus + s.workflow.arc[a].fitWindowStatus).empty(), kept == 0);
-  }
 }
 
 TEST_F(LoadFits, AnObjectWaitsForItsCorrection) {

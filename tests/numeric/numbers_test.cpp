@@ -1,16 +1,53 @@
-// Tests of reading numbers from text and rounding them.
+// Numbers read from text, rounded and sorted, and medians.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "numeric/median.h"
 #include "numeric/number_prefix.h"
 #include "numeric/rounding.h"
 
 namespace halmek {
 namespace {
+
+// Stands in slots that must stay as they are; smaller than all values, so that a sort that reaches it moves
+// it.
+constexpr double untouched = -1e9;
+
+TEST(Median, IsTheMiddleValueOrTheMeanOfTheTwo) {
+  for (const auto& [values, median] : std::map<std::vector<double>, double>{
+           {{42}, 42}, {{9, 1}, 5}, {{60, 10, 50, 20, 40, 31}, 35.5}, {{7, 1, 6, 2, 5, 3, 4}, 4}}) {
+    SortBuffer buffer;
+    NeighbourBuffer neighbours;
+    buffer.slot.fill(untouched);
+    std::copy(values.begin(), values.end(), neighbours.slot.begin() + 1);
+    EXPECT_EQ(MedianOfNeighbours(neighbours, buffer, static_cast<int>(values.size())), median);
+  }
+}
+
+TEST(QuickSort, SortsEveryPatternAndTouchesNothingOutsideTheRange) {
+  // Sorted, reversed, equal, of few values, mixed.
+  double (*const patterns[])(int) = {[](int i) { return 1.0 * i; }, [](int i) { return -1.0 * i; },
+                                     [](int) { return 7.0; }, [](int i) { return 1.0 * (i % 3); },
+                                     [](int i) { return i * 7919 % 1009 - 500.25; }};
+  for (const auto& pattern : patterns) {
+    for (const auto& [low, high] : {std::pair{1, 0}, {5, 5}, {1, 3}, {0, 200}, {37, 141}, {199, 200}}) {
+      SortBuffer buffer;
+      buffer.slot.fill(untouched);
+      for (int i = low; i <= high; ++i)
+        buffer.slot[i] = pattern(i);
+      auto expected = buffer.slot;
+      std::sort(expected.begin() + low, expected.begin() + high + 1);
+      QuickSort(buffer, low, high);
+      EXPECT_EQ(buffer.slot, expected) << low << ".." << high;
+    }
+  }
+}
 
 TEST(NumericPrefix, TakesTheLongestNumberAndNothingBehindIt) {
   const std::pair<const char*, double> cases[] = {

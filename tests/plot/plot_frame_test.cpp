@@ -48,19 +48,21 @@ TEST(NiceBounds, RoundOutwardByTwoFiveOrTenTenths) {
   }
 }
 
-TEST(TickStep, IsATwoFiveOrTenOfTheDecadeBelow) {
-  const std::pair<double, float> cases[] = {{347, 50}, {500, 100}, {499, 50}, {200, 50},
-                                            {199, 20}, {100, 20},  {1, 0.2f}, {0.001, 0.0001f}};
-  for (const auto& [span, step] : cases)
-    EXPECT_FLOAT_EQ(TickStep(span), step) << span;
-}
-
 TEST(Ticks, AreTheMultiplesOfTheStepWithinTheLimits) {
   // 0.3 at single precision is a hair above the limit 0.3.
   const std::tuple<double, double, std::vector<float>> cases[] = {
       {-360, -20, {-350, -300, -250, -200, -150, -100, -50}},
       {-1, 1, {-1, -0.5f, 0, 0.5f, 1}},
       {100.001, 103, {100.5f, 101, 101.5f, 102, 102.5f, 103}},
+      {0, 499, {0, 50, 100, 150, 200, 250, 300, 350, 400, 450}},
+      {0, 500, {0, 100, 200, 300, 400, 500}},
+      {0, 200, {0, 50, 100, 150, 200}},
+      {1, 200, {20, 40, 60, 80, 100, 120, 140, 160, 180, 200}},
+      {0, 100, {0, 20, 40, 60, 80, 100}},
+      {0,
+       0.001,
+       {0, 0.0001f, 2 * 0.0001f, 3 * 0.0001f, 4 * 0.0001f, 5 * 0.0001f, 6 * 0.0001f, 7 * 0.0001f, 8 * 0.0001f,
+        9 * 0.0001f, 10 * 0.0001f}},
       {0, 0.3, {0, 0.05f, 2 * 0.05f, 3 * 0.05f, 4 * 0.05f, 5 * 0.05f}}};
   for (const auto& [low, high, values] : cases)
     EXPECT_EQ(TicksBetween(low, high).values, values) << low << ".." << high;

@@ -2,14 +2,12 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <memory>
 #include <optional>
-#include <string>
 #include <tuple>
 #include <utility>
-#include <vector>
 
 #include "fits/header.h"
+#include "plot/number_text.h"
 #include "reduce/bad_column.h"
 #include "reduce/trim.h"
 #include "reduce/zap.h"
@@ -36,10 +34,7 @@ class FrameRepair : public testing::Test {
 };
 
 TEST_F(FrameRepair, TrimNamesTheFirstFaultAndChangesNothingButTheCornersTyped) {
-  const struct {
-    int col1, row1, col2, row2;
-    const char* message;
-  } cases[] = {
+  const std::tuple<int, int, int, int, const char*> cases[] = {
       {0, 0, -1, -1, "Col 1 value must be > 0.  Please try again."},
       {9, 0, 8, -1, "Col 2 value must be > Col 1 value.  Please try again."},
       {9, 0, 21, -1, "Col 2 value must be <= NAXIS1.  Please try again."},
@@ -47,10 +42,12 @@ TEST_F(FrameRepair, TrimNamesTheFirstFaultAndChangesNothingButTheCornersTyped) {
       {9, 5, 20, 4, "Row 2 value must be > Row 1 value.  Please try again."},
       {9, 5, 20, 11, "Row 2 value must be <= NAXIS2.  Please try again."},
   };
-  for (const auto& c : cases) {
+  for (const auto& [col1, row1, col2, row2, message] : cases) {
     Set(20, 10);
-    EXPECT_EQ(RefusalOf([&] { TrimTo(s, c.col1, c.row1, c.col2, c.row2); }), c.message);
-    EXPECT_EQ(s.trimCol1 * 100 + s.trimRow2, c.col1 * 100 + c.row2);
+    EXPECT_EQ(
+        RefusalOf([&, at = std::array{col1, row1, col2, row2}] { TrimTo(s, at[0], at[1], at[2], at[3]); }),
+        message);
+    EXPECT_EQ(s.trimCol1 * 100 + s.trimRow2, col1 * 100 + row2);
     EXPECT_EQ(s.slot[0].naxis1 * 100 + s.slot[0].naxis2 + s.slot[0].cardCount + s.frameTrimmed, 2016);
   }
   EXPECT_EQ(RefusalOf([&] { TrimTo(s, 1, 1, 5, 32768); }), "Error: 6  Error: Overflow.");
@@ -62,29 +59,26 @@ TEST_F(FrameRepair, TrimNamesTheFirstFaultAndChangesNothingButTheCornersTyped) {
 }
 
 TEST_F(FrameRepair, TrimMovesThePixelsAndSaysSoInTheHeader) {
-  const struct {
-    int columns, rows, col1, row1, col2, row2;
-    std::string columnsLeft, rowsLeft, section;
-  } cases[] = {{1800, 130, 21, 5, 1220, 120, "1200", "116", "(21,5) to (1220,120)"},
-               {20, 10, 7, 8, 7, 8, "1", "1", "(7,8) to (7,8)"}};
-  for (const auto& c : cases) {
-    Set(c.columns, c.rows);
+  const std::tuple<int, int, int, int, int, int, std::string> cases[] = {
+      {1800, 130, 21, 5, 1220, 120, "(21,5) to (1220,120)"}, {20, 10, 7, 8, 7, 8, "(7,8) to (7,8)"}};
+  for (const auto& [columns, rows, col1, row1, col2, row2, corners] : cases) {
+    Set(columns, rows);
     s.frameTrimmed = false;
     s.background.backgroundFitted = s.workflow.crunchEnabled = true;
     s.workflow.sliceStatus = doneText;
     s.rowPlot.undoRow = 4;
-    TrimTo(s, c.col1, c.row1, c.col2, c.row2);
+    TrimTo(s, col1, row1, col2, row2);
 
     const Slot& frame = s.slot[0];
-    ASSERT_EQ(std::pair(frame.naxis1, frame.naxis2), std::pair(c.col2 - c.col1 + 1.0, c.row2 - c.row1 + 1.0));
+    ASSERT_EQ(std::pair(frame.naxis1, frame.naxis2), std::pair(col2 - col1 + 1.0, row2 - row1 + 1.0));
     for (int row = 1; row <= frame.naxis2; ++row)
       for (int column = 1; column <= frame.naxis1; ++column)
-        ASSERT_EQ(s.image(row, column), 10000.0 * (row + c.row1 - 1) + column + c.col1 - 1);
-    const std::string section = "  Halmek snipped out section " + c.section;
-    EXPECT_EQ(frame.card(4), NumberCard("NAXIS1", c.columnsLeft, " / "));
-    EXPECT_EQ(frame.card(5), NumberCard("NAXIS2", c.rowsLeft, " / "));
-    EXPECT_EQ(frame.card(7), "HISTORY" + section + " inclusive (col, row)");
-    EXPECT_EQ(frame.card(8), "OVERSCAN= '" + section.substr(2) + "'");
+        ASSERT_EQ(s.image(row, column), 10000.0 * (row + row1 - 1) + column + col1 - 1);
+    const std::string section = "Halmek snipped out section " + corners;
+    EXPECT_EQ(frame.card(4), NumberCard("NAXIS1", GeneralText(frame.naxis1), " / "));
+    EXPECT_EQ(frame.card(5), NumberCard("NAXIS2", GeneralText(frame.naxis2), " / "));
+    EXPECT_EQ(frame.card(7), "HISTORY  " + section + " inclusive (col, row)");
+    EXPECT_EQ(frame.card(8), "OVERSCAN= '" + section + "'");
     EXPECT_EQ(frame.cardCount, 8);
     EXPECT_TRUE(s.frameTrimmed && !s.workflow.trimEnabled && !s.workflow.crunchEnabled);
     EXPECT_EQ(s.background.backgroundFitted + s.rowPlot.undoRow, 0);

@@ -1,12 +1,9 @@
 // The row plot, the column slice and the continuum plot: zoom, scroll bars, clicks, and what is drawn.
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <string>
 #include <tuple>
 #include <utility>
 #include <variant>
-#include <vector>
 
 #include "reduce/background.h"
 #include "reduce/column_slice.h"
@@ -71,12 +68,7 @@ class Plots : public testing::Test {
 };
 
 TEST_F(Plots, ZoomButtonsChangeTheColumnsShownAndTheirScrollBar) {
-  const struct {
-    void (*button)(RowPlot&, int);
-    int columns;
-    Range before, after;
-    ScrollBar scroll;
-  } cases[] = {
+  const std::tuple<void (*)(RowPlot&, int), int, Range, Range, ScrollBar> cases[] = {
       {ZoomIn, 1000, {101, 140}, {111, 130}, {10, 990, 121, 2, 20}},
       {ZoomIn, 1000, {1, 20}, {6, 15}, {5, 995, 11, 1, 10}},
       {ZoomIn, 1000, {1, 19}, {1, 19}, {500, 500, 500, 100, 999}},
@@ -86,11 +78,11 @@ TEST_F(Plots, ZoomButtonsChangeTheColumnsShownAndTheirScrollBar) {
       {ZoomOut, 25, {6, 25}, {1, 25}, {12, 12, 12, 2, 25}},
       {ShowFullRow, 1003, {101, 140}, {1, 1003}, {502, 502, 502, 100, 1002}},
   };
-  for (const auto& c : cases) {
-    ShowRow(c.columns, c.before.first, c.before.second);
-    c.button(plot, c.columns);
-    EXPECT_EQ(Shown(), c.after);
-    EXPECT_EQ(plot.columnScroll, c.scroll) << c.before.first;
+  for (const auto& [button, columns, before, after, scroll] : cases) {
+    ShowRow(columns, before.first, before.second);
+    button(plot, columns);
+    EXPECT_EQ(Shown(), after);
+    EXPECT_EQ(plot.columnScroll, scroll) << before.first;
   }
 }
 
@@ -148,9 +140,8 @@ TEST_F(Plots, TwoLeftClicksOnDifferentColumnsZoom) {
   EXPECT_EQ(Shown(), Range(110, 130));
   EXPECT_TRUE(plot.zoomAwaitingFirst);
 
-  ShowRow(1000, 1, 1000);
-  ClickForZoom(s, 100);
-  EXPECT_TRUE(ClickForZoom(s, 20000));
+  ClickForZoom(s, -1e9);
+  EXPECT_TRUE(ClickForZoom(s, 1e9));
   EXPECT_EQ(Shown(), Range(1, 1000));
 }
 

@@ -1,20 +1,19 @@
-// Tests of whole-file writing, under failures too.
-#include "files/atomic_write.h"
-
+// Whole-file writing, under failures too, and what a process needs so that its files come to no harm.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <filesystem>
-#include <functional>
+#include <csignal>
 #include <set>
-#include <string>
+#include <tuple>
 #include <utility>
-#include <vector>
 
+#include "files/atomic_write.h"
 #include "files/failure.h"
+#include "files/process.h"
 #include "support/faulty_files.h"
 #include "support/test_session.h"
 
@@ -140,13 +139,9 @@ void ExpectWholeFiles(Place::Kind kind, bool hasHiddenNames, Fault fault, const 
 }
 
 TEST(AtomicWrite, AnyFailureOfAnyOperationLeavesTheOldFileOrTheNewOne) {
-  const std::string noAccess = "Error: 75  Error: Path/file access error.";
   const std::pair<int, std::string> errors[] = {{ENOSPC, diskFull},
-                                                {EDQUOT, diskFull},
-                                                {EFBIG, diskFull},
-                                                {EIO, "Error: 57  Error: Device I/O error."},
                                                 {EACCES, "Error: 70  Error: Permission denied."},
-                                                {EINTR, noAccess}};
+                                                {EINTR, "Error: 75  Error: Path/file access error."}};
   for (const Place::Kind kind : {Place::nothing, Place::file, Place::link})
     for (const bool hasHiddenNames : {false, true})
       for (const Lasting lasting : {Lasting::once, Lasting::always, Lasting::everything}) {
@@ -166,26 +161,34 @@ TEST(AtomicWrite, KnowsWhatFileSystemsSayOfWhatTheyCannotDo) {
   EXPECT_EQ(WriteRefusal(place.path(), "unflushed", files), "");
   files.write = [](int, const void*, size_t) { return ssize_t{0}; };
   EXPECT_EQ(WriteRefusal(place.path(), "nothing", files), "Error: 57  Error: Device I/O error.");
+  // A file that is read-only is not replaced, though its folder would allow it.
+  files.access = [](const char*, int mode) {
+    errno = EACCES;
+    return mode == W_OK ? -1 : 0;
+  };
+  EXPECT_EQ(WriteRefusal(place.path(), "forbidden", files), "Error: 70  Error: Permission denied.");
   EXPECT_EQ(place.DifferenceFrom("unflushed"), "");
 }
 
+constexpr int killed = 0, finished = 42, failed = 43;
+
+[[noreturn]] void WriteUntilKilled(const Place& place, bool hasHiddenNames, int at) {
+  FaultyFiles files({.at = at, .kills = true});
+  const std::string refusal = WriteRefusal(place.path(), "new bytes", Table(files, hasHiddenNames));
+  _exit(refusal.empty() ? finished : failed);
+}
+
 TEST(AtomicWrite, KilledAfterAnyOperationLeavesTheOldFileOrTheNewOne) {
-  constexpr int killed = 0, finished = 42, failed = 43;
   for (const Place::Kind kind : {Place::nothing, Place::file, Place::link})
     for (const bool hasHiddenNames : {false, true})
       for (int at = 1, ending = killed; ending == killed; ++at) {
-        const Place place(kind);
-        const pid_t child = fork();
-        if (child == 0) {
-          FaultyFiles files({.at = at, .kills = true});
-          const auto table = Table(files, hasHiddenNames);
-          _exit(WriteRefusal(place.path(), "new bytes", table).empty() ? finished : failed);
-        }
-        int status = 0;
-        ASSERT_EQ(waitpid(child, &status, 0), child);
-        ending = WIFEXITED(status) ? WEXITSTATUS(status) : failed;
         SCOPED_TRACE(testing::Message() << "kind " << kind << " hidden " << hasHiddenNames << " at " << at);
-        ASSERT_TRUE(ending == killed || (ending == finished && at > 8));
+        const Place place(kind);
+        const auto ends = [&](int status) {
+          ending = WIFEXITED(status) ? WEXITSTATUS(status) : failed;
+          return ending == killed || (ending == finished && at > 8);
+        };
+        ASSERT_EXIT(WriteUntilKilled(place, hasHiddenNames, at), ends, "");
         const std::string found = fs::exists(place.path()) ? ReadFile(place.path()) : "";
         EXPECT_TRUE(found == "new bytes" || (found == place.old() && ending == killed)) << found;
         ExpectNothingLeftByTheNextWrite(place, hasHiddenNames);
@@ -210,13 +213,9 @@ TEST(AtomicWrite, IsNotTakenForALeftoverByAnother) {
           return result;
         };
       };
-      after(files.open);
-      after(files.flock);
-      after(files.fstat);
-      after(files.fsync);
-      after(files.dup);
-      after(files.close);
-      after(files.linkOpenFile);
+      std::apply([&](auto&... each) { (after(each), ...); },
+                 std::tie(files.open, files.flock, files.fstat, files.fsync, files.dup, files.close,
+                          files.linkOpenFile));
       EXPECT_EQ(WriteRefusal(place.path(), "mine", files), "") << at;
       EXPECT_TRUE(place.DifferenceFrom("mine").empty() || place.DifferenceFrom("of another").empty()) << at;
     }
@@ -260,46 +259,27 @@ TEST(AtomicWrite, RefusesWhatIsNoPlaceForAFile) {
   EXPECT_TRUE(fs::is_empty(folder.File("folder")) && ReadFile(folder.File("file")) == "old");
 }
 
-// Runs in a process of its own without the rights of root, to which every folder is open.
-[[noreturn]] void WriteAsAnybodyAndExit(const std::string& path) {
-  if (geteuid() == 0 && setuid(65534) != 0)
-    _exit(99);
-  _exit(WriteRefusal(path, "new") == "Error: 70  Error: Permission denied." ? 70 : 1);
-}
-
-TEST(AtomicWrite, RespectsReadOnlyFoldersAndFiles) {
-  const TemporaryFolder folder;
-  WriteFile(folder.File("old"), "old");
-  fs::permissions(folder.path(), fs::perms(0555));
-  EXPECT_EXIT(WriteAsAnybodyAndExit(folder.File("new")), testing::ExitedWithCode(70), "");
-  fs::permissions(folder.path(), fs::perms(0777));
-  fs::permissions(folder.File("old"), fs::perms(0444));
-  EXPECT_EXIT(WriteAsAnybodyAndExit(folder.File("old")), testing::ExitedWithCode(70), "");
-  EXPECT_EQ(ReadFile(folder.File("old")), "old");
-  EXPECT_EQ(FilesIn(folder.path()), Names{"old"});
-}
-
 TEST(AtomicWrite, KeepsModeOwnerAndGroupOfAnExistingFile) {
   const TemporaryFolder folder;
+  const std::string file = folder.File("file");
   for (const auto mode : {fs::perms(0600), fs::perms(0777)}) {
-    WriteFile(folder.File("file"), "old");
-    fs::permissions(folder.File("file"), mode);
-    AtomicWrite(folder.File("file"), "new");
-    EXPECT_EQ(fs::status(folder.File("file")).permissions(), mode);
+    WriteFile(file, "old");
+    fs::permissions(file, mode);
+    AtomicWrite(file, "new");
+    EXPECT_EQ(fs::status(file).permissions(), mode);
   }
   if (geteuid() == 0) {
     constexpr id_t nobody = 65534;
-    ASSERT_EQ(chown(folder.File("file").c_str(), nobody, nobody), 0);
-    AtomicWrite(folder.File("file"), "new");
-    FileOperations ofAMember;
-    ofAMember.fchown = [](int file, uid_t owner, gid_t group) {
-      return owner == static_cast<uid_t>(-1) ? ::fchown(file, owner, group) : -1;
+    ASSERT_EQ(chown(file.c_str(), nobody, nobody), 0);
+    FileOperations ofRoot, ofAMember;
+    ofAMember.fchown = [](int descriptor, uid_t owner, gid_t group) {
+      return owner == static_cast<uid_t>(-1) ? ::fchown(descriptor, owner, group) : -1;
     };
-    for (const uid_t owner : {nobody, id_t{0}}) {
+    for (const auto& [files, owner] : {std::pair(ofRoot, nobody), {ofAMember, id_t{0}}}) {
+      AtomicWrite(file, "new", files);
       struct stat status {};
-      stat(folder.File("file").c_str(), &status);
+      stat(file.c_str(), &status);
       EXPECT_TRUE(status.st_uid == owner && status.st_gid == nobody && (status.st_mode & 0777) == 0777);
-      AtomicWrite(folder.File("file"), "new", ofAMember);
     }
   }
   const mode_t mask = umask(027);
@@ -328,6 +308,31 @@ TEST(AtomicWrite, WritesToDevicesWithoutReplacingThem) {
   EXPECT_EQ(WriteRefusal("/dev/full", "x"), diskFull);
   EXPECT_EQ(WriteRefusal("/dev/null", "x"), "");
   EXPECT_TRUE(fs::is_character_file("/dev/full") && fs::is_character_file("/dev/null"));
+}
+
+// The descriptor that the next file gets in a process without standard streams, as its exit status.
+[[noreturn]] void ExitWithNextDescriptor(bool prepared) {
+  for (int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+    close(descriptor);
+  if (prepared)
+    PrepareProcess();
+  _exit(open("/dev/null", O_WRONLY));
+}
+
+TEST(PrepareProcess, KeepsFilesOffTheClosedStandardStreams) {
+  EXPECT_EXIT(ExitWithNextDescriptor(false), testing::ExitedWithCode(STDIN_FILENO), "");
+  EXPECT_EXIT(
+      ExitWithNextDescriptor(true), [](int status) { return WEXITSTATUS(status) > STDERR_FILENO; }, "");
+}
+
+TEST(PrepareProcess, SurvivesASizeLimitAndAReaderThatWentAway) {
+  const auto raise = [] {
+    PrepareProcess();
+    std::raise(SIGXFSZ);
+    std::raise(SIGPIPE);
+    _exit(0);
+  };
+  EXPECT_EXIT(raise(), testing::ExitedWithCode(0), "");
 }
 
 }  // namespace

@@ -1,17 +1,19 @@
-// Tests of reading files that nobody vouches for, and of the errors that it gives.
-#include "files/input_file.h"
-
+// Reading of files that nobody vouches for, of text records and whole numbers, and the errors that it gives.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <array>
 #include <cerrno>
 #include <cstddef>
+#include <limits>
 #include <span>
-#include <string>
+#include <string_view>
 #include <utility>
 
 #include "files/failure.h"
+#include "files/input_file.h"
+#include "files/text_records.h"
+#include "files/whole_number.h"
 #include "support/test_session.h"
 
 namespace halmek::test {
@@ -71,15 +73,63 @@ TEST(InputFile, GoesOnAfterInterruptionsButNotForEver) {
   }
 }
 
-TEST(RunTimeError, SaysNumberAndText) {
-  for (const char* text : {"Error: 72  Error: Disk media error", "Error: 731  Error: Path not found.",
-                           "Error: 5  ", "Error: 32000  "})
-    EXPECT_EQ(RunTimeError(std::stoi(std::string(text).substr(7))).text(), text);
-  for (const int number : {-1, 0, 8, 60, 322, 709, 751})
-    EXPECT_EQ(ErrorText(number), "") << number;
+TEST(RunTimeError, IsThatOfTheSystemsError) {
+  EXPECT_EQ(RunTimeError(731).text(), "Error: 731  Error: Path not found.");
   for (const auto& [systemError, number] :
-       {std::pair{EACCES, 70}, {EROFS, 70}, {EDQUOT, 61}, {EMFILE, 67}, {EIO, 57}})
+       {std::pair{EROFS, 70}, {EDQUOT, 61}, {EFBIG, 61}, {EMFILE, 67}, {EPERM, 70}})
     EXPECT_EQ(ErrorFromSystem(systemError, "x").number(), number) << systemError;
+}
+
+TEST(Lines, EndInAnyOfTheThreeWays) {
+  EXPECT_EQ(Lines("a\r\nb\n\rc\rd\r\n"), (std::vector<std::string_view>{"a", "b", "", "c", "d"}));
+  EXPECT_EQ(Lines("a\n").size(), 1u);
+  EXPECT_TRUE(Lines("").empty());
+}
+
+// The fields of a line that are asked for in turn, `n` for a number and `t` for a text; "-" where there is
+// none, and "..." where something is left.
+std::string Fields(std::string_view line, std::string_view asked) {
+  RecordLine record(line);
+  std::string found;
+  for (const char kind : asked) {
+    std::string field = "-";
+    if (kind == 't')
+      field = record.Text().value_or(field);
+    else if (const auto number = record.Number())
+      field = std::to_string(*number).substr(0, 6);
+    found += '[' + field + ']';
+  }
+  return found + (record.AtEnd() ? "" : "...");
+}
+
+TEST(RecordLine, TakesNumbersAndTexts) {
+  const std::array<std::string_view, 3> cases[] = {
+      {"6562.817,H alpha", "nt", "[6562.8][H alpha]"},
+      {"  6562.817 ,  H alpha ", "nt", "[6562.8][H alpha ]"},
+      {"\"a, b\" , 2", "tn", "[a, b][2.0000]"},
+      {"\"\",\"open", "tt", "[][open]"},
+      {"a\"b\",c", "tt", "[a\"b\"][c]"},
+      {" 12.5  6402.25 ", "nn", "[12.500][6402.2]"},
+      {"12.5 , 6402.25 9", "nn", "[12.500][6402.2]..."},
+      {"-1.5D+2", "n", "[-150.0]"},
+      {"", "nt", "[-][-]"},
+      {"5,", "nt", "[5.0000][-]"},
+      {"1,,2", "nn", "[1.0000][-]..."},
+      {"12x", "n", "[-]..."},
+      {"\"12\"", "n", "[-]..."},
+      {"1E999", "n", "[-]..."},
+  };
+  for (const auto& [line, asked, found] : cases)
+    EXPECT_EQ(Fields(line, asked), found) << line;
+}
+
+TEST(WholeNumber, RoundsHalvesToEvenWithinSixteenBits) {
+  for (const auto& [text, value] :
+       {std::pair{"2.5", 2}, {" -1.5 rows", -2}, {"abc", 0}, {"32767.4", 32767}, {"-32768.5", -32768}})
+    EXPECT_EQ(WholeNumber(std::string_view(text)), value) << text;
+  using Limits = std::numeric_limits<double>;
+  for (const double value : {32767.5, -32769.0, 65536.0, 1e300, Limits::infinity(), Limits::quiet_NaN()})
+    EXPECT_EQ(RefusalOf([&] { WholeNumber(value); }), "Error: 6  Error: Overflow.") << value;
 }
 
 }  // namespace
