@@ -28,6 +28,8 @@ TEST(HelpLayout, GivesParagraphsRoomByTheirLengthsAndTheWidth) {
   EXPECT_GT(wide.tops[1] - wide.tops[0], 2 * (wide.tops[2] - wide.tops[1]));
   EXPECT_GT(narrow.tops[2], wide.tops[2]);
   EXPECT_GT(narrow.windowHeight, wide.windowHeight);
+  EXPECT_GT(LayoutOf({500, 30, 185}, 9000, 0, heights).windowHeight, wide.windowHeight);
+  EXPECT_GT(LayoutOf({500, 30, 85, 1}, 9000, 0, {9, 9, 9, 9}).windowHeight, wide.windowHeight);
   EXPECT_EQ(LayoutOf(std::vector(25, 10), 9000, 0, std::vector(25, 10)).tops.size(), 20u);
 
   // Nothing is divided by, nothing overflows.

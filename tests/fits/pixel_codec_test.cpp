@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <limits>
 #include <span>
+#include <tuple>
 #include <utility>
 
 #include "support/test_session.h"
@@ -61,17 +62,33 @@ TEST(DecodePixels, GivesTheValuesOfTheBytesAndTheirRangeForAnyNumberOfPixels) {
 }
 
 TEST(EncodePixels, RoundsHalvesToEvenWrapsSignsAndCountsThem) {
-  const struct {
-    int type;
-    double value;
-    uint64_t bytes;
-    int changed;
-  } cases[] = {
-      {signed16, 2.5, 2, 0},         {signed16, -1, 0xFFFF, 0},      {signed16, 40000, 0x9C40, 1},
-      {signed16, -32769, 0x7FFF, 1}, {unsigned16, 0, 0x8000, 0},     {unsigned16, 65535, 0x7FFF, 0},
-      {unsigned16, -1, 0x7FFF, 1},   {unsigned16, 65536, 0x8000, 1}, {integer32, -2.5, 0xFFFFFFFE, 0}};
-  for (const auto& c : cases)
-    EXPECT_EQ(Encode(c.type, c.value), std::pair(c.bytes, c.changed)) << c.type << " of " << c.value;
+  const std::tuple<int, double, uint64_t, int> cases[] = {
+      // The type, the value, its bytes, and how many values read back changed.
+      {signed16, 2.5, 2, 0},
+      {signed16, 2.6, 3, 0},
+      {signed16, -2.5, 0xFFFE, 0},
+      {signed16, -2.6, 0xFFFD, 0},
+      {signed16, 40000, 0x9C40, 1},
+      {signed16, -32769, 0x7FFF, 1},
+      {unsigned16, 0, 0x8000, 0},
+      {unsigned16, 65535, 0x7FFF, 0},
+      {unsigned16, 32770.5, 2, 0},
+      {unsigned16, 32765.5, 0xFFFE, 0},
+      {unsigned16, 32765.4, 0xFFFD, 0},
+      {unsigned16, -1, 0x7FFF, 1},
+      {unsigned16, 65536, 0x8000, 1},
+      {integer32, 2.5, 2, 0},
+      {integer32, -2.5, 0xFFFFFFFE, 0},
+      {integer32, -2.6, 0xFFFFFFFD, 0}};
+  for (const auto& [type, value, bytes, changed] : cases)
+    EXPECT_EQ(Encode(type, value), std::pair(bytes, changed)) << type << " of " << value;
+  // Beyond the range of singles, a mantissa of 23 bits over 2^128.
+  for (const auto& [mantissa, bits] :
+       {std::pair{2.5, 0x7F800002u}, {1.5, 0x7F800002u}, {2.75, 0x7F800003u}}) {
+    const double value = 0x1p128 + mantissa * 0x1p105;
+    EXPECT_EQ(Encode(real32, value).first, bits) << mantissa;
+    EXPECT_EQ(Encode(real32, -value).first, bits | 0x80000000u) << mantissa;
+  }
   EXPECT_EQ(Encode(real32, std::ldexp(2 - 1e-8, 127)).first, 0x7F800000u);
   EXPECT_EQ(Encode(real32, -std::ldexp(2 - 1e-8, 127)).first, 0xFF800000u);
 }

@@ -98,6 +98,7 @@ TEST(SolveLinearSystem, PivotsAndSaysWhereThereIsNoSolution) {
       {"zero first pivot", {{0, 2, 1, 7}, {1, 1, 1, 6}, {2, 1, 0, 4}}, {1, 2, 3}},
       {"pivot too small to divide by", {{1e-20, 1, 1}, {1, 1, 2}}, {1, 1}},
       {"dependent rows", {{1, 2, 1}, {2, 4, 5}}, {}},
+      {"solution beyond range", {{1e-300, 0, 1e300}, {0, 1, 1}}, {}},
   };
   for (const auto& [what, rows, solution] : cases) {
     NormalMatrix matrix{};
