@@ -7,8 +7,8 @@
 #include <optional>
 #include <stdexcept>
 
-#include "fits/fits_writer.h"
 #include "steps/recipe.h"
+#include "support/small_night.h"
 #include "support/test_session.h"
 
 namespace halmek::test {
@@ -18,31 +18,17 @@ namespace fs = std::filesystem;
 
 using Files = std::map<std::string, std::string>;  // bytes by full name
 
-// A frame, two arcs, a file that ends too early, one that promises too much, a table and a mask.
+// The tiny night's files, one that ends too early and one that promises too much.
 Files MakeFiles(const std::string& folder) {
   fs::create_directories(folder + "/sub");
-  const auto s = SessionIn(folder);
-  s->slot[slots::frame].savePixelType = 17;
-  SetFrame(*s, 40, 12, [](int c, int r) { return 200 + r + (500 + 3 * c) / (1 + (r - 6) * (r - 6)); });
-  SaveFits2D(*s, "frame.fts");
-  WriteFile(FullName(*s, "short.fts"), ReadFile(FullName(*s, "frame.fts")).substr(0, 3000));
-  std::string large = ReadFile(FullName(*s, "frame.fts"));
-  WriteFile(FullName(*s, "large.fts"), large.replace(large.find("  40 /"), 4, "9999"));
-  for (const auto& [name, shift] : {std::pair{"arc1.fts", 0}, {"arc2.fts", 1}}) {
-    std::vector<double> light(40, 50);
-    for (size_t peak : {8, 20, 32})
-      for (size_t i = 0; i < 5; ++i)
-        light[peak + i - 2 + static_cast<size_t>(shift)] += (std::vector{60, 500, 900, 450, 50})[i];
-    SetSpectrum(*s, slots::object, light);
-    s->slot[slots::object].savePixelType = -32;
-    SaveFits1D(*s, slots::object, name);
-  }
-  WriteFile(FullName(*s, "lines.txt"), "lines\n5009.3,Ne I\n5021.1,Ar\n5033.2,Ne II\n");
-  WriteFile(FullName(*s, "a.mask"), "Mask\n9 5009.3\n21 5021.1\n33 5033.2\n");
+  WriteTinyNight(folder);
+  std::string frame = ReadFile(folder + "/frame.fts");
+  WriteFile(folder + "/short.fts", frame.substr(0, 3000));
+  WriteFile(folder + "/large.fts", frame.replace(frame.find("  40 /"), 4, "9999"));
   Files files;
   for (const std::string& name : FilesIn(folder))
     if (name != "sub")
-      files[FullName(*s, name)] = ReadFile(FullName(*s, name));
+      files[folder + "/" + name] = ReadFile(folder + "/" + name);
   return files;
 }
 

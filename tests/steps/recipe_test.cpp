@@ -230,6 +230,7 @@ TEST_F(SmallNight, StopsARecipeAtTheFirstRefusalNamingLineFileAndDetail) {
   WriteFile(folder.File("short.fts"), ReadFile(folder.File("star.fts")).substr(0, 20000));
   const std::pair<const char*, const char*> cases[] = {
       {"load frame $f\n", "1: the line holds a character that no text has"},
+      {"load frame a\x7F.fts\n", "1: the line holds a character that no text has"},
       {"load frame star.fts\nload frame none.fts\ncrunch\n",
        "2: none.fts: Error: 53  Error: File not found."},
       {"load frame short.fts\n",

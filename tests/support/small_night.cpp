@@ -1,4 +1,4 @@
-// Two small frames for recipes.
+// Small frames for recipes.
 #include "support/small_night.h"
 
 #include <cmath>
@@ -49,6 +49,24 @@ void WriteSmallNight(const std::string& folder) {
   for (int line = 40; line <= 340; line += 50)
     table += std::to_string(4960 + line) + ",line " + std::to_string(line) + "\r\n";
   WriteFile(folder + "/lines.txt", table);
+}
+
+void WriteTinyNight(const std::string& folder) {
+  const auto s = SessionIn(folder);
+  s->slot[slots::frame].savePixelType = 17;
+  SetFrame(*s, 40, 12, [](int c, int r) { return 200 + r + (500 + 3 * c) / (1 + (r - 6) * (r - 6)); });
+  SaveFits2D(*s, "frame.fts");
+  for (const auto& [name, shift] : {std::pair{"arc1.fts", 0}, {"arc2.fts", 1}}) {
+    std::vector<double> light(40, 50);
+    for (size_t peak : {8, 20, 32})
+      for (size_t i = 0; i < 5; ++i)
+        light[peak + i - 2 + static_cast<size_t>(shift)] += (std::vector{60, 500, 900, 450, 50})[i];
+    SetSpectrum(*s, slots::object, light);
+    s->slot[slots::object].savePixelType = -32;
+    SaveFits1D(*s, slots::object, name);
+  }
+  WriteFile(FullName(*s, "lines.txt"), "lines\n5009.3,Ne I\n5021.1,Ar\n5033.2,Ne II\n");
+  WriteFile(FullName(*s, "a.mask"), "Mask\n9 5009.3\n21 5021.1\n33 5033.2\n");
 }
 
 }  // namespace halmek::test
