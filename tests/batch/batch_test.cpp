@@ -60,9 +60,6 @@ TEST_F(BatchTest, WhatCannotBeUnderstoodRunsNothingWithStatusTwo) {
     std::string recipe, arguments, message;
   } cases[] = {
       {save + "fry\n", "", "r.recipe:3: unknown command 'fry'\n"},
-      {save + "trim 1 1\n", "", "r.recipe:3: COL2 is missing: trim COL1 ROW1 COL2 ROW2\n"},
-      {save + "fix-column x\n", "",
-       "r.recipe:3: COLUMN must be a whole number, not 'x': fix-column COLUMN\n"},
       {save, "star", "halmek-batch: 'star' is not NAME=VALUE\n"},
       {save, "--jobs 0", "halmek-batch: --jobs: Value 0 not in range 1 to 256; see halmek-batch --help\n"},
       {save, "--for star a.fts", "halmek-batch: the recipe does not use $star\n"},
@@ -75,14 +72,6 @@ TEST_F(BatchTest, WhatCannotBeUnderstoodRunsNothingWithStatusTwo) {
   EXPECT_EQ(Run("none.recipe").complaint(),
             std::pair(2, "none.recipe: Error: 53  Error: File not found.\n"s));
   EXPECT_EQ(Run("").status, 2);
-}
-
-TEST_F(BatchTest, HelpPrintsTheWholeLanguage) {
-  const Ended help = Run("--help");
-  EXPECT_EQ(help.status, 0);
-  for (const char* part :
-       {"identify arc1|arc2 COLUMN [WAVELENGTH]", "plot row N FILE.svg", "--for", "Exit status"})
-    EXPECT_NE(help.out.find(part), std::string::npos) << part;
 }
 
 TEST_F(BatchTest, SeveralJobsGiveTheSameFilesAsOneAndAFailureDoesNotStopTheOthers) {
@@ -161,15 +150,31 @@ TEST_F(BatchTest, AReportShowsEveryRunOnOnePageAndChangesNoResult) {
   EXPECT_EQ(ReadFile(folder.File("star.fts")), frame);
 }
 
+// However the folder is named, and by whichever of the runs it is named; a file that one run writes twice is
+// fine.
 TEST_F(BatchTest, OneFileWrittenForTwoInputsIsAFailure) {
   std::filesystem::create_directory(folder.File("other"));
+  std::filesystem::create_symlink("other", folder.File("link"));
   std::filesystem::copy(folder.File("star.fts"), folder.File("other/star.fts"));
-  const Ended ended = RunRecipe(extraction, "--for frame star.fts other/star.fts");
-  EXPECT_EQ(ended.status, 1);
-  EXPECT_NE(
-      ended.err.find("star_1D.fts: written for star.fts and for other/star.fts; only one of them is left"),
-      std::string::npos)
-      << ended.err;
+  const std::string twice = "folder $dir\nload frame star.fts\nsave frame x.fts\nsave frame x.fts\n";
+  const std::string other = folder.File("other/x.fts");
+  const struct {
+    std::string recipe, inputs, overwritten;
+  } cases[] = {
+      {extraction, "frame star.fts other/star.fts",
+       folder.File("star_1D.fts") + ": written for star.fts and for other/star.fts"},
+      {twice, "dir . other", ""},
+      {twice, "dir other . other", other + ": written for other and for other"},
+      {twice, "dir other ./other/", other + ": written for other and for ./other/"},
+      {twice, "dir other link", other + ": written for other and for link"},
+      {"load frame star.fts\nsave frame $dir/x.fts\n", "dir other link/../other",
+       other + ": written for other and for link/../other"},
+  };
+  for (const auto& c : cases) {
+    const bool isFailure = !c.overwritten.empty();
+    EXPECT_EQ(RunRecipe(c.recipe, "--for " + c.inputs).complaint(),
+              std::pair(isFailure ? 1 : 0, isFailure ? c.overwritten + "; only one of them is left\n" : ""));
+  }
 }
 
 TEST_F(BatchTest, TheJournalOfARunIsARecipeForTheSameFiles) {
@@ -187,7 +192,6 @@ TEST_F(BatchTest, NothingReplacesARawFrameOrAFileInUseUnlessReplaceAllowsIt) {
   const std::string extract = "aperture 24 36\nbackground 2 12 48 58 1\ncrunch\n";
   const std::string arc =
       "load frame arc.fts\n" + extract + "save spectrum l.fts 32\nload arc1 l.fts\nidentify arc1 40 5000\n";
-  const std::string copied = load + "save frame a.fts\n";
   WriteFile(folder.File("page.html"), "<!DOCTYPE html>\n<html lang=\"en\">my own");
   WriteFile(folder.File("run.html"), load);
   std::filesystem::create_symlink("arc.fts", folder.File("link.fts"));
@@ -195,26 +199,20 @@ TEST_F(BatchTest, NothingReplacesARawFrameOrAFileInUseUnlessReplaceAllowsIt) {
     std::string recipe, arguments, precious, what;
   } cases[] = {
       {load + "export frame star.fts", "", "star.fts", "a raw frame, 400 x 60, that is loaded as the frame"},
-      {load + "save frame", "", "star.fts", "that is loaded as the frame"},
       {load + "save frame arc.fts", "", "arc.fts", raw},
       {load + "save frame ./link.fts 17", "", "arc.fts", raw},
       {load + "plot row 5 arc.fts", "", "arc.fts", raw},
-      {load + "plot column 5 arc.fts", "", "arc.fts", raw},
-      {load + extract + "plot continuum arc.fts", "", "arc.fts", raw},
       {load + extract + "save spectrum arc.fts", "", "arc.fts", raw},
-      {load + extract + "export spectrum arc.fts", "", "arc.fts", raw},
       {arc + "save mask arc1 star.fts", "", "star.fts", raw},
       {arc + "save spectrum l.fts", "", "", "a spectrum of Halmek, 400 pixels, that is loaded as Arc 1"},
       {arc + "save mask arc1 l.dat\nload mask l.dat\nsave mask arc1 l.dat", "", "",
        "a mask of Halmek, that is loaded as the mask"},
       {"load table lines.txt\n" + load + "export frame lines.txt", "", "lines.txt",
        "that is loaded as the wavelength table"},
-      {copied + "load frame a.fts\nsave frame", "", "",
+      {load + "save frame a.fts\nload frame a.fts\nsave frame", "", "",
        "a frame of Halmek, 400 x 60, that is loaded as the frame"},
-      {copied + "export frame a.fts", "", "", "a frame of Halmek, 400 x 60, which is another kind of file"},
       {load + "export frame r.recipe", "", "r.recipe", "that is running"},
       {load, "--journal arc.fts", "arc.fts", raw},
-      {load, "--journal r.recipe", "r.recipe", "that is running"},
       {load + "save frame j.fts", "--journal j.fts", "", "which is another kind of file"},
       {load, "--report page.html", "page.html", "that Halmek did not write"},
   };
@@ -302,22 +300,14 @@ TEST_F(BatchTest, WarningsGoToStandardErrorAndTheRunGoesOn) {
 // Which files are refused, and in which words, is the reader's to test; here it is the line that comes of it.
 TEST_F(BatchTest, BadFilesGetOneLineThatNamesThemAndWriteNothing) {
   const std::string good = ReadFile(folder.File("star.fts"));
-  const auto with = [&](const std::string& from, const std::string& to) {
-    return std::string(good).replace(good.find(from), to.size(), to);
-  };
   const struct {
     std::string name, bytes, message;
   } cases[] = {
       {"empty.fts", "", "Error: 62  Error: Input past end of file. (the file is empty)"},
-      {"text.fts", "Dear diary,\n", "This is not a fits file!  Please try again."},
       {"data.fts", good.substr(0, 9000),
        "Error: 62  Error: Input past end of file. (the pixels end at byte 50880, the file at 9000)"},
-      {"huge.fts", with("NAXIS1  =                  400", "NAXIS1  =            777777701"),
-       "Error: 9  Subscript out of range. (NAXIS1 is above 3000)"},
-      {"word.fts", with("NAXIS1  =                  400", "NAXIS1  =                 many"),
+      {"word.fts", std::string(good).replace(good.find("                 400"), 20, "                many"),
        "This FITS file has no pixels.  Please try again. (NAXIS1 is many)"},
-      {"object.fts", with("OBJECT  = 'Test star'", "OBJECT  = T          "),
-       "Error: 5 (the OBJECT card holds no text in quotes)"},
   };
   WriteFile(folder.File("r.recipe"), extraction);
   for (const auto& c : cases) {

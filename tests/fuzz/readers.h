@@ -17,8 +17,6 @@ struct Reader {
   // Reads the input, which also stands in the file "input", and checks what it gave. Returns it as the
   // program writes it, where it does. Throws Failure or RecipeStopped where the input is refused.
   std::string (*read)(Session& session, const std::string& bytes);
-  // Says whether a refusal, whose text is given, left alone what it must.
-  bool (*keeps)(Session& session, const std::string& refusal);
   // Reads what was written, where that is of another kind than the input.
   std::string (*readBack)(Session& session, const std::string& bytes) = nullptr;
 

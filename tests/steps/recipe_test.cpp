@@ -13,7 +13,6 @@
 #include <map>
 #include <set>
 
-#include "fits/fits_bytes.h"
 #include "support/faulty_files.h"
 #include "support/small_night.h"
 #include "support/test_session.h"
@@ -188,20 +187,6 @@ TEST(Recipe, GoesOnAfterASaveThatFailedAsIfItHadNotFailed) {
   EXPECT_GT(failures, 30);
 }
 
-TEST_F(SmallNight, GivesFilesThatCfitsioReadsAlike) {
-  RunEveryStep(folder.path());
-  for (const char* name : {"star_1D.fts", "star_1Dcal.fts", "lamp.fts"}) {
-    Perform(s, steps::Load{"object", name});
-    const auto values = s.slot[slots::object].spectrum.Range(1, 390);
-    EXPECT_EQ(ReadByCfitsio(folder.File(name)).pixels, std::vector(values.begin(), values.end())) << name;
-  }
-  Perform(s, steps::Load{"frame", "trimmed star.fts"});
-  const Image trimmed = ReadByCfitsio(folder.File("trimmed star.fts"));
-  ASSERT_EQ(trimmed.axes, (std::vector<long>{390, 60}));
-  for (int row = 1; row <= 60; ++row)
-    EXPECT_EQ(trimmed.pixels[row * 390 - 1], s.image(row, 390));
-}
-
 TEST_F(SmallNight, JournalKeepsWhatWasDoneAsStepsAndWhatWasRefusedAsComments) {
   for (const char* step : {"load frame star.fts", "fix-column 2", "load arc1 none.fts", "fix-column 200"})
     Refused(step);
@@ -237,7 +222,6 @@ TEST_F(SmallNight, StopsARecipeAtTheFirstRefusalNamingLineFileAndDetail) {
        "1: short.fts: Error: 62  Error: Input past end of file. (the pixels end at byte 50880, the file at "
        "20000)"},
       {"folder none\n", "1: none: Error: 76  Error: Path not found."},
-      {"crunch\n", "1: Hey, no 2-D file has been loaded!"},
       {"load frame star.fts\ncrunch\n", "2: Hey, you need to set the aperture and fit the background first!"},
       {"load frame star.fts\ntrim 1 1 390 60\ntrim 1 1 10 10\n",
        "3: This frame has been trimmed already.  Load the frame again to trim it."},
@@ -249,8 +233,6 @@ TEST_F(SmallNight, StopsARecipeAtTheFirstRefusalNamingLineFileAndDetail) {
       {"load frame star.fts\naperture 0 5\n", "2: Row 0 is outside 1 to 60.  Please try again."},
       {"load frame star.fts\nzap 6 1 2 2147483647\n",
        "2: Error: 6  Error: Overflow. (a whole number must lie within -32768 to 32767)"},
-      {"load frame star.fts\nfix-column 40000\n",
-       "2: Error: 6  Error: Overflow. (a whole number must lie within -32768 to 32767)"},
       {"arcs 1\nload arc2 star.fts\n",
        "2: star.fts: Hey, the number of arc files is 1!  Set it to 2 to load Arc 2."},
       {"load object star.fts\n",
@@ -259,10 +241,8 @@ TEST_F(SmallNight, StopsARecipeAtTheFirstRefusalNamingLineFileAndDetail) {
       {"save object\n", "1: Hey, no Object file has been loaded!"},
       {"save frame\n", "1: Hey, no 2-D file has been loaded!"},
       {"header arc2\n", "1: Hey, no file has been loaded."},
-      {"apply-mask arc1\n", "1: Hey, no Arc 1 file has been loaded!"},
       {"load frame star.fts\nplot row 99 r.svg\n",
        "2: r.svg: Row to plot is greater than the number of rows.  Press any key to continue."},
-      {"load frame star.fts\nsave frame x/y.fts\n", "2: x/y.fts: Error: 76  Error: Path not found."},
       {"load frame star.fts\naperture 24 36\nbackground 2 12 48 58 1\ncrunch\nfolder taken\nsave spectrum\n",
        "6: star_1D.fts: Error: 75  Error: Path/file access error. (it is a folder)"},
       {"load frame arc.fts\naperture 20 40\nbackground 2 12 48 58 1\ncrunch\nsave spectrum s.fts 17\n",
@@ -286,14 +266,6 @@ TEST_F(SmallNight, ARefusedBackgroundOrZapLeavesTheSelectionAsItWas) {
   EXPECT_FALSE(s.rowPlot.zapSelected);
   Run("crunch\n");
   EXPECT_NEAR(s.slot[slots::spectrum].spectrum(25), 0, 1e-9);
-}
-
-TEST_F(SmallNight, ANewFrameOrATrimNeedsANewFit) {
-  for (const std::string change : {"load frame arc.fts\n", "trim 1 1 390 60\n"}) {
-    Run("load frame star.fts\nzap 30 100 102 3\naperture 24 36\nbackground 2 12 48 58 1\n" + change);
-    EXPECT_EQ(Refused("crunch"), "Hey, you need to set the aperture and fit the background first!");
-    EXPECT_EQ(Refused("undo-zap"), "Hey, there is no zap to undo!");
-  }
 }
 
 TEST_F(SmallNight, IdentifyChecksWhatTheWindowsCheck) {
