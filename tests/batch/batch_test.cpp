@@ -193,7 +193,6 @@ TEST_F(BatchTest, NothingReplacesARawFrameOrAFileInUseUnlessReplaceAllowsIt) {
   const std::string arc =
       "load frame arc.fts\n" + extract + "save spectrum l.fts 32\nload arc1 l.fts\nidentify arc1 40 5000\n";
   WriteFile(folder.File("page.html"), "<!DOCTYPE html>\n<html lang=\"en\">my own");
-  WriteFile(folder.File("run.html"), load);
   std::filesystem::create_symlink("arc.fts", folder.File("link.fts"));
   const struct {
     std::string recipe, arguments, precious, what;
@@ -216,10 +215,9 @@ TEST_F(BatchTest, NothingReplacesARawFrameOrAFileInUseUnlessReplaceAllowsIt) {
       {load + "save frame j.fts", "--journal j.fts", "", "which is another kind of file"},
       {load, "--report page.html", "page.html", "that Halmek did not write"},
   };
-  const std::map<std::string, std::string> whole{{"arc.fts", ReadFile(folder.File("arc.fts"))},
-                                                 {"star.fts", ReadFile(folder.File("star.fts"))},
-                                                 {"lines.txt", ReadFile(folder.File("lines.txt"))},
-                                                 {"page.html", ReadFile(folder.File("page.html"))}};
+  std::map<std::string, std::string> whole;
+  for (const std::string& name : FilesIn(folder.path()))
+    whole[name] = ReadFile(folder.File(name));
   for (const auto& c : cases) {
     SCOPED_TRACE(c.recipe + " " + c.arguments);
     const auto before = c.precious == "r.recipe" ? c.recipe : c.precious.empty() ? "" : whole.at(c.precious);
@@ -231,23 +229,15 @@ TEST_F(BatchTest, NothingReplacesARawFrameOrAFileInUseUnlessReplaceAllowsIt) {
                                (isOption ? "add --replace." : "end the step with 'replace'.")),
               std::string::npos)
         << refused.err;
-    if (!c.precious.empty()) {
-      EXPECT_TRUE(ReadFile(folder.File(c.precious)) == before);
-    }
+    EXPECT_TRUE(c.precious.empty() || ReadFile(folder.File(c.precious)) == before);
 
     const Ended allowed =
         RunRecipe(c.recipe + (isOption ? "" : " replace"), c.arguments + (isOption ? " --replace" : ""));
     EXPECT_EQ(allowed.status, 0) << allowed.err;
-    if (!c.precious.empty()) {
-      EXPECT_FALSE(ReadFile(folder.File(c.precious)) == before);
-    }
+    EXPECT_TRUE(c.precious.empty() || ReadFile(folder.File(c.precious)) != before);
     for (const auto& [name, bytes] : whole)
       WriteFile(folder.File(name), bytes);
   }
-  // A page that is itself the recipe.
-  EXPECT_EQ(Run("run.html --report run.html").status, 2);
-  EXPECT_EQ(ReadFile(folder.File("run.html")), load);
-
   const std::string copy = load + "save frame b.fts 17\n";
   RunRecipe(copy);
   std::filesystem::create_hard_link(folder.File("b.fts"), folder.File("other.fts"));

@@ -1,8 +1,10 @@
 #!/usr/bin/env python3
-"""Writes the seeds of the fuzzers: FOLDER/READER/NAME for each, and FOLDER/listing.tsv with the outcome that
-each must have, "accepted" or the text with which it is refused."""
+"""Writes the seeds of the fuzzers, those of this file and the recipes of recipes.txt beside it: FOLDER/READER/NAME
+for each, and FOLDER/listing.tsv with the outcome that each must have, "accepted" or the text with which it is refused.
+"""
 
 import pathlib
+import re
 import struct
 import sys
 
@@ -80,17 +82,10 @@ def no_type(bits):
     return f"Sorry, this program does not support {bits} data.  Convert to 32-bit real."
 
 
-def no_dollar(line):
-    return f"{line}: a dollar sign needs a name behind it, as in $star or ${{star}}; write $$ for the sign"
-
-
 NAN, INFINITY = float("nan"), float("inf")
 ODD_BYTES = bytes([0, 0, 0x7F, 0xFF, 0x80, 0, 0xFF, 0xFF]) * 6
 ODD_REALS = packed("f", 1, -2, NAN, INFINITY, -INFINITY, 5e-9, 1e-45, 3e38, 65535, 32768, -0.0, 1.5)
 ODD_DOUBLES = packed("d", 1, -2, NAN, INFINITY, -INFINITY, 5e-9, 5e-324, 1.7e308, 65535, 1e39, 4e38, 1 / 3)
-REDUCTION = "load frame frame.fts\naperture 4 8\nbackground 1 2 11 12 1\ncrunch\n"
-ARC = ("load table lines.txt\nload arc1 arc1.fts\nidentify arc1 9 5009.3\nidentify arc1 21 5021.1\n"
-       "identify arc1 33\nfit-deviations arc1 2\n")
 
 SEEDS = [
     ("frame", "integer16", fits(), OK),
@@ -182,75 +177,21 @@ SEEDS = [
     ("settings", "rounded", settings('1.5,2.5,"x"', 7), OK),
     ("settings", "no_label", settings("500,500", 7), TOO_SHORT),
     ("settings", "too_many", settings('500,500,"x",1', 7), INVALID),
-    ("recipe_text", "all_sorts",
-     "# all\nload frame \"a b.fts\" # x\ntrim 1 1 $x 9\nidentify arc1 5.25 5852.488\n"
-     "save object ${x}.fts 17\nnormalize points 2 1 -2 3\n\"plot\" row 5 r$$.svg\nzap 1 2 3\n", OK),
-    ("recipe_text", "empty", "", OK),
     ("recipe_text", "byte_order_mark", b"\xef\xbb\xbfcrunch\r\n", OK),
-    ("recipe_text", "name_that_is_a_type", "save frame 16 17\nsave frame 17\nsave frame\n", OK),
-    ("recipe_text", "quotes", "load table \"say \"\"x\"\"#$$\"\t#\nload mask a\"b c\"d\n", OK),
-    ("recipe_text", "unknown", "crunch\nfly\n", "2: unknown command 'fly'"),
-    ("recipe_text", "half_a_name", "normalize\n",
-     "1: expected normalize auto INTERVAL POWER or normalize points POWER COLUMN... or normalize again"),
-    ("recipe_text", "missing", "trim 1 2 3\n", "1: ROW2 is missing: trim COL1 ROW1 COL2 ROW2"),
-    ("recipe_text", "too_many", "crunch now\n", "1: 'now' is one word too many: crunch"),
-    ("recipe_text", "open_quote", 'load frame "a\n', "1: a double quote is not closed"),
-    ("recipe_text", "no_value", "load frame $y\n", "1: $y has no value; give it one as in y=VALUE"),
-    ("recipe_text", "dollar_alone", "load frame $ a\n", no_dollar(1)),
     ("recipe_text", "control_character",
      "load frame a\x07b\n", "1: the line holds a character that no text has"),
     ("recipe_text", "zero_byte", b"crunch\0\n", "1: the line holds a character that no text has"),
-    ("recipe_text", "no_type", "save frame a 18\n",
-     "1: '18' is no pixel type: save frame|spectrum|object [FILE] [16|17|32|-32] [replace]"),
-    ("recipe_text", "type_too_many", "save frame a.fts 8 16\n",
-     "1: '8' is one word too many: save frame|spectrum|object [FILE] [16|17|32|-32] [replace]"),
-    ("recipe_text", "no_such_slot", "load flat f.fts\n", "1: expected frame|dao|arc1|arc2|object|table|mask, not 'flat': "
-     "load frame|dao|arc1|arc2|object|table|mask FILE"),
-    ("recipe_text", "three_arcs", "arcs 3\n", "1: 1|2 must be 1 to 2, not 3: arcs 1|2"),
-    ("recipe_text", "whole_with_text", "fix-column 1x\n", "1: COLUMN must be a whole number, not '1x': fix-column COLUMN"),
-    ("recipe_text", "no_number", "identify arc1 nan\n",
-     "1: COLUMN must be a number, not 'nan': identify arc1|arc2 COLUMN [WAVELENGTH]"),
-    ("recipe_text", "whole_too_large", "fix-column 2147483648\n",
-     "1: COLUMN must be a whole number, not '2147483648': fix-column COLUMN"),
-    ("recipe_run", "reduction",
-     REDUCTION + "normalize auto 5 2\nrevert\nnormalize points 2 4 12 20 -30 38\n"
-     "normalize again\nplot continuum c.svg\nsave spectrum\nplot row 6 r.svg\nplot column 9 c.svg\n", OK),
-    ("recipe_run", "repairs",
-     "load frame frame.fts\nfix-column 9\ntrim 2 1 39 11\nzap 3 5 6\nundo-zap\nzap 3 5 6 1\n"
-     "save frame frame.fts 17 replace\nload dao frame.fts\nexport frame f.txt\nheader frame\n", OK),
-    ("recipe_run", "calibration",
-     ARC + "save mask arc1 b.mask\nload arc2 arc2.fts\nload mask b.mask\napply-mask arc2\n"
-     "fit-deviations arc2 2\nuse-power arc1 2\nplot deviations1 d\nplot arc2 a\nload object arc1.fts\n"
-     "correct\nsave object\n", OK),
-    ("recipe_run", "one_arc", "arcs 1\nload arc2 arc2.fts\n" + ARC + "delete-line arc1 21\ndelete-lines arc1",
-     "2: arc2.fts: Hey, the number of arc files is 1!  Set it to 2 to load Arc 2."),
-    ("recipe_run", "after_a_large_frame",
-     REDUCTION + "load frame large.fts\nplot row 2 r.svg\nexport frame f\ncrunch\n",
-     "5: large.fts: " + SUBSCRIPT + " (NAXIS1 is above 3000)"),
-    ("recipe_run", "replaced", "load frame frame.fts\nsave frame f.fts\nexport frame f.fts\n",
-     "3: f.fts: This would replace a frame of Halmek, 40 x 12, which is another kind of file.  "
-     "Give another name, or end the step with 'replace'."),
-    ("recipe_run", "folders", "folder sub\nload frame frame.fts\nfolder none\nfolder .\n",
-     "2: frame.fts: Error: 53  Error: File not found."),
-    ("recipe_run", "revert_first", REDUCTION + "revert\n", "5: Hey, there is no normalisation to revert!"),
-    ("recipe_run", "row_outside", "load frame frame.fts\nplot row 0 r.svg\nplot row 13 r.svg\n",
-     "2: r.svg: Row 0 is outside 1 to 12.  Please try again."),
-    ("recipe_run", "divide_first", REDUCTION + "normalize again\n", "5: Hey, there is no normalisation to repeat!"),
-    ("recipe_run", "dark_spectrum", "load frame frame.fts\naperture 1 2\nbackground 5 5 7 7 0\ncrunch\n"
-     "normalize points 2 5 10 20 30\n", "5: There is no positive pixel near column 5.  Please try again."),
-    ("recipe_run", "few_points", REDUCTION + "normalize points 5 5 10 20\n",
-     "5: Hey, for a fit of power 5 you need 6 points (and preferably more).  Please try again. "
-     "(there are 3 at different columns)"),
-    ("recipe_run", "another_folder", "load table ../x\n", "The recipe leaves its folder."),
-    ("recipe_run", "save_64_bit", "load frame frame.fts\nsave frame x -64\nsave frame x\n",
-     "2: x: Sorry; saving to 64-bit is not available at this time.  Try 32-bit real."),
 ]
 
 
 def main():
     folder = pathlib.Path(sys.argv[1])
+    # Each recipe stands below a line "== READER NAME: OUTCOME".
+    text = pathlib.Path(__file__).with_name("recipes.txt").read_text()
+    recipes = [(reader, name, recipe, outcome) for reader, name, outcome, recipe in
+               re.findall(r"^== (\w+) (\w+): (.*)\n((?:(?!== ).*\n)*)", text, re.M)]
     lines = []
-    for reader, name, contents, outcome in SEEDS:
+    for reader, name, contents, outcome in SEEDS + recipes:
         (folder / reader).mkdir(parents=True, exist_ok=True)
         data = contents if isinstance(contents, bytes) else contents.encode("latin-1")
         (folder / reader / name).write_bytes(data)

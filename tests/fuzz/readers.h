@@ -19,8 +19,6 @@ struct Reader {
   std::string (*read)(Session& session, const std::string& bytes);
   // Reads what was written, where that is of another kind than the input.
   std::string (*readBack)(Session& session, const std::string& bytes) = nullptr;
-
-  bool isFits() const { return target >= 0; }
 };
 
 const Reader& ReaderNamed(std::string_view name);

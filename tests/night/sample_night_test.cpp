@@ -154,21 +154,20 @@ struct Ended {
   std::string out, err;
 };
 
-Ended RunProgram(const std::vector<std::string>& arguments) {
-  std::vector<const char*> argv{"halmek-night"};
-  for (const std::string& argument : arguments)
-    argv.push_back(argument.c_str());
+Ended RunProgram(std::vector<const char*> arguments) {
+  arguments.insert(arguments.begin(), "halmek-night");
   std::ostringstream out, err;
-  const int status = RunCommandLine(static_cast<int>(argv.size()), argv.data(), out, err);
+  const int status = RunCommandLine(static_cast<int>(arguments.size()), arguments.data(), out, err);
   return {status, out.str(), err.str()};
 }
 
 TEST(NightCommandLine, RefusesWithOneLineAndAStatus) {
   const TemporaryFolder folder;
-  const std::string dir = folder.path(), missing = folder.File("none"), file = folder.File("file");
+  const std::string path = folder.path(), none = folder.File("none"), empty = folder.File("file");
+  const char *dir = path.c_str(), *missing = none.c_str(), *file = empty.c_str();
   test::WriteFile(file, "");
   test::WriteFile(folder.File(truthFile), "[star star1]\nvelocity = fast\n");
-  const std::tuple<std::vector<std::string>, int, std::string> cases[] = {
+  const std::tuple<std::vector<const char*>, int, std::string> cases[] = {
       {{}, 2, "DIR"},
       {{dir, "--columns", "399"}, 2, "400 to 3000"},
       {{dir, "--stars", "0"}, 2, "1 to 999"},
@@ -189,7 +188,8 @@ TEST(NightCommandLine, RefusesWithOneLineAndAStatus) {
 
 TEST(NightCommandLine, ChecksEveryStarAndFailsWhereOneCannotBeReduced) {
   const TemporaryFolder folder;
-  const std::string dir = folder.path();
+  const std::string path = folder.path();
+  const char* const dir = path.c_str();
   EXPECT_EQ(RunProgram({dir, "--columns=600", "--rows", "60", "--type", "-32"}).status, 0);
   std::filesystem::remove(folder.File("arc1b.fts"));
   const auto [status, out, err] = RunProgram({"--check", dir});

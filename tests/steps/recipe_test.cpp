@@ -230,7 +230,6 @@ TEST_F(SmallNight, StopsARecipeAtTheFirstRefusalNamingLineFileAndDetail) {
       {"load frame star.fts\nundo-zap\n", "2: Hey, there is no zap to undo!"},
       {"load frame star.fts\nzap 61 1 2\n", "2: Row 61 is outside 1 to 60.  Please try again."},
       {"load frame star.fts\nzap 6 0 2\n", "2: Column 0 is outside 1 to 400.  Please try again."},
-      {"load frame star.fts\naperture 0 5\n", "2: Row 0 is outside 1 to 60.  Please try again."},
       {"load frame star.fts\nzap 6 1 2 2147483647\n",
        "2: Error: 6  Error: Overflow. (a whole number must lie within -32768 to 32767)"},
       {"arcs 1\nload arc2 star.fts\n",
@@ -247,7 +246,6 @@ TEST_F(SmallNight, StopsARecipeAtTheFirstRefusalNamingLineFileAndDetail) {
        "6: star_1D.fts: Error: 75  Error: Path/file access error. (it is a folder)"},
       {"load frame arc.fts\naperture 20 40\nbackground 2 12 48 58 1\ncrunch\nsave spectrum s.fts 17\n",
        "5: s.fts: Error: 6  Error: Overflow. (the pixel value 136353.000000 does not fit 16 bits)"},
-      {"load frame star.fts\nsave frame /dev/full\n", "2: /dev/full: Error: 61  Error: Disk full."},
   };
   for (const auto& [recipe, stop] : cases)
     EXPECT_EQ(StopOf(folder.path(), recipe), stop) << recipe;

@@ -21,10 +21,16 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
+const std::string extract = "aperture 24 36\nbackground 2 12 48 58 0\ncrunch\n";
+
 class UnsavedWorkTest : public testing::Test {
  protected:
   UnsavedWorkTest() { WriteSmallNight(folder.path()); }
   static Step StepIn(const std::string& line) { return StepOf(WordsOf(line, {})); }
+  void Run(const std::string& recipe) {
+    for (const RecipeLine& line : ParseRecipe(recipe, {}))
+      Perform(s, line.step);
+  }
 
   TemporaryFolder folder;
   std::unique_ptr<Session> session = SessionIn(folder.path());
@@ -35,64 +41,48 @@ TEST_F(UnsavedWorkTest, IsWhatNoFileHolds) {
   const std::string frame = "the changes of the frame star.fts",
                     spectrum = "the spectrum extracted from star.fts", arc = "the 1 identified line of Arc 1",
                     object = "the calibrated spectrum of star_1D.fts";
-  const struct {
-    const char* step;
-    Texts unsaved;
-  } evening[] = {{"load frame star.fts", {}},
-                 {"export frame x.txt", {}},
-                 {"zap 30 100 102", {frame}},
-                 {"aperture 24 36", {frame}},
-                 {"save frame zapped.fts", {}},
-                 {"trim 1 1 390 60", {frame}},
-                 {"aperture 24 36", {frame}},
-                 {"background 2 12 48 58 0", {frame}},
-                 {"crunch", {frame, spectrum}},
-                 {"normalize auto 20 4", {frame, spectrum}},
-                 {"save spectrum", {}},
-                 {"revert", {spectrum}},
-                 {"zap 30 200 202", {frame, spectrum}},
-                 {"save spectrum", {frame}},
-                 {"load frame arc.fts", {}},
-                 {"trim 1 1 390 60", {"the changes of the frame arc.fts"}},
-                 {"aperture 24 36", {"the changes of the frame arc.fts"}},
-                 {"background 2 12 48 58 0", {"the changes of the frame arc.fts"}},
-                 {"crunch", {"the changes of the frame arc.fts", "the spectrum extracted from arc.fts"}},
-                 {"save spectrum lamp.fts", {}},
-                 {"load arc1 lamp.fts", {}},
-                 {"identify arc1 40 5000", {arc}},
-                 {"delete-lines arc1", {}},
-                 {"identify arc1 40 5000", {arc}},
-                 {"identify arc1 340 5300", {"the 2 identified lines of Arc 1"}},
-                 {"identify arc1 190 5150", {"the 3 identified lines of Arc 1"}},
-                 {"save mask arc1 m.dat", {}},
-                 {"fit-deviations arc1 2", {}},
-                 {"arcs 1", {}},
-                 {"load object star_1D.fts", {}},
-                 {"correct", {object}},
-                 {"export object x.txt", {object}},
-                 {"save object", {}}};
-  for (const auto& [step, unsaved] : evening) {
-    Perform(s, StepIn(step));
-    EXPECT_EQ(UnsavedWork(s), unsaved) << step;
+  const std::pair<std::string, Texts> evening[] = {
+      {"load frame star.fts", {}},
+      {"zap 30 100 102", {frame}},
+      {"save frame zapped.fts", {}},
+      {"trim 1 1 390 60", {frame}},
+      {extract, {frame, spectrum}},
+      {"normalize auto 20 4", {frame, spectrum}},
+      {"save spectrum", {}},
+      {"revert", {spectrum}},
+      {"zap 30 200 202", {frame, spectrum}},
+      {"save spectrum", {frame}},
+      {"load frame arc.fts", {}},
+      {"trim 1 1 390 60", {"the changes of the frame arc.fts"}},
+      {extract, {"the changes of the frame arc.fts", "the spectrum extracted from arc.fts"}},
+      {"save spectrum lamp.fts", {}},
+      {"load arc1 lamp.fts\nidentify arc1 40 5000", {arc}},
+      {"delete-lines arc1", {}},
+      {"identify arc1 40 5000\nidentify arc1 340 5300", {"the 2 identified lines of Arc 1"}},
+      {"identify arc1 190 5150", {"the 3 identified lines of Arc 1"}},
+      {"save mask arc1 m.dat\nfit-deviations arc1 2\narcs 1\nload object star_1D.fts", {}},
+      {"correct", {object}},
+      {"export object x.txt", {object}},
+      {"save object", {}}};
+  for (const auto& [recipe, unsaved] : evening) {
+    Run(recipe);
+    EXPECT_EQ(UnsavedWork(s), unsaved) << recipe;
   }
 }
 
 TEST_F(UnsavedWorkTest, IsLostByWhatTakesItsPlace) {
-  for (const char* step :
-       {"load frame arc.fts", "aperture 24 36", "background 2 12 48 58 0", "crunch", "save spectrum a.fts",
-        "load arc2 a.fts", "identify arc2 40 5000", "load frame star.fts", "trim 1 1 390 60",
-        "aperture 24 36", "background 2 12 48 58 0", "crunch", "save spectrum", "crunch"})
-    Perform(s, StepIn(step));
+  Run("load frame arc.fts\n" + extract + "save spectrum a.fts\nload arc2 a.fts\nidentify arc2 40 5000\n" +
+      "load frame star.fts\ntrim 1 1 390 60\n" + extract + "save spectrum\ncrunch\n");
   const Texts frame{"the changes of the frame star.fts"}, arc{"the 1 identified line of Arc 2"};
   const auto lost = [&](const char* step) { return LostBy(s, StepIn(step)); };
   EXPECT_EQ(lost("load frame arc.fts"), Texts{}) << "its changes are in the spectrum that was saved";
-  Perform(s, StepIn("fix-column 200"));
+  Run("fix-column 200");
   EXPECT_EQ(lost("load frame arc.fts"), frame);
   EXPECT_EQ(lost("load dao arc.fts"), frame);
   EXPECT_EQ(lost("load arc2 a.fts"), arc);
   for (const char* harmless : {"load arc1 a.fts", "load object a.fts", "load table lines.txt", "crunch"})
     EXPECT_EQ(lost(harmless), Texts{}) << harmless;
-  Perform(s, StepIn("load frame arc.fts"));
+  Run("load frame arc.fts");
   EXPECT_EQ(lost("crunch"), Texts{"the spectrum extracted from star.fts"});
 }
 
@@ -102,9 +92,9 @@ TEST_F(UnsavedWorkTest, TheJournalOnTheDiskOutlivesTheSession) {
   journal.emplace(state, start);
   s.keepJournal = [&](const std::string& line) { journal->Append(line); };
   EXPECT_TRUE(LeftJournals(state).empty());
-  Perform(s, StepIn("load frame star.fts"));
+  Run("load frame star.fts");
   RefusalOf([&] { Perform(s, StepIn("fix-column 2")); });
-  Perform(s, StepIn("zap 30 100 102"));
+  Run("zap 30 100 102");
   EXPECT_TRUE(LeftJournals(state).empty()) << "its session lives";
   const std::string path = journal->path();
   journal.reset();
@@ -128,10 +118,8 @@ TEST_F(UnsavedWorkTest, TheJournalOnTheDiskOutlivesTheSession) {
 }
 
 TEST_F(UnsavedWorkTest, WhatIsRefusedLeavesEverything) {
-  for (const char* step : {"load frame arc.fts", "aperture 24 36", "background 2 12 48 58 0", "crunch",
-                           "save spectrum a.fts", "load arc1 a.fts", "identify arc1 40 5000",
-                           "identify arc1 340 5300", "save mask arc1 m.dat", "load table lines.txt"})
-    Perform(s, StepIn(step));
+  Run("load frame arc.fts\n" + extract + "save spectrum a.fts\nload arc1 a.fts\nidentify arc1 40 5000\n" +
+      "identify arc1 340 5300\nsave mask arc1 m.dat\nload table lines.txt\n");
   WriteFile(folder.File("halfway.dat"), ReadFile(folder.File("m.dat")) + "junk\r\n");
   WriteFile(folder.File("precious.txt"), "precious");
   const auto state = [&] {
