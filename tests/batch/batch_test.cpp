@@ -280,35 +280,6 @@ TEST_F(BatchTest, ASaveWithoutANameGoesWhereTheSlotCameFromOrWentLast) {
   EXPECT_EQ(FilesIn(folder.File("work")), (std::vector<std::string>{"out.fts", "star_1D.fts"}));
 }
 
-TEST_F(BatchTest, WarningsGoToStandardErrorAndTheRunGoesOn) {
-  const Ended wrapped = RunRecipe(
-      "load frame arc.fts\naperture 29 30\nbackground 2 12 48 58 1\ncrunch\nsave spectrum s.fts 16\n");
-  EXPECT_EQ(wrapped.status, 0);
-  EXPECT_EQ(wrapped.err.find("warning: r.recipe:5: 21 pixels will read back changed"), 0u) << wrapped.err;
-}
-
-// Which files are refused, and in which words, is the reader's to test; here it is the line that comes of it.
-TEST_F(BatchTest, BadFilesGetOneLineThatNamesThemAndWriteNothing) {
-  const std::string good = ReadFile(folder.File("star.fts"));
-  const struct {
-    std::string name, bytes, message;
-  } cases[] = {
-      {"empty.fts", "", "Error: 62  Error: Input past end of file. (the file is empty)"},
-      {"data.fts", good.substr(0, 9000),
-       "Error: 62  Error: Input past end of file. (the pixels end at byte 50880, the file at 9000)"},
-      {"word.fts", std::string(good).replace(good.find("                 400"), 20, "                many"),
-       "This FITS file has no pixels.  Please try again. (NAXIS1 is many)"},
-  };
-  WriteFile(folder.File("r.recipe"), extraction);
-  for (const auto& c : cases) {
-    WriteFile(folder.File(c.name), c.bytes);
-    const auto files = FilesIn(folder.path());
-    EXPECT_EQ(Run("r.recipe frame=" + c.name).complaint(),
-              std::pair(1, "r.recipe:1: " + c.name + ": " + c.message + "\n"));
-    EXPECT_EQ(FilesIn(folder.path()), files);
-  }
-}
-
 TEST_F(BatchTest, OutputThatCannotBeWrittenIsAFailure) {
   WriteFile(folder.File("r.recipe"), "load frame star.fts\nheader frame\n");
   const std::string command = "cd '" + folder.path() + "' && '" + HALMEK_BATCH + "' r.recipe 2>&1 >/dev/full";

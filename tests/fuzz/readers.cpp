@@ -91,25 +91,14 @@ bool Holds(int type, double v) {
   return v == std::nearbyint(v) && v >= low && v <= high;
 }
 
-void CheckPixels(const Session& s, int slot, const std::vector<double>& pixels) {
-  Require(s.slot[slot].cardCount <= lastCard && !pixels.empty() && AreFinite(pixels),
-          "cards or pixels out of bounds");
-  PixelRange range;
-  for (double v : pixels)
-    range = {std::min(range.min, v), std::max(range.max, v)};
-  const bool isFrame = slot == slots::frame;
-  Require(range.min == (isFrame ? s.imageMin : s.slot[slot].spectrumMin) &&
-              range.max == (isFrame ? s.imageMax : s.slot[slot].spectrumMax),
-          "the range is not that of the pixels");
-}
-
 // The bytes as which the slot is saved in a type that holds its pixels; nothing where no type does.
 template <int slot, bool isDao = false>
 std::string ReadFits(Session& s, const std::string&) {
   s.daoFrame = isDao;
   slot == slots::frame ? LoadFits2D(s, input) : LoadFits1D(s, slot, input);
   const std::vector<double> pixels = PixelsOf(s, slot);
-  CheckPixels(s, slot, pixels);
+  Require(s.slot[slot].cardCount <= lastCard && !pixels.empty() && AreFinite(pixels),
+          "cards or pixels out of bounds");
 
   std::vector<int> types{pixel_types::signed16, pixel_types::unsigned16, pixel_types::integer32,
                          pixel_types::real32};

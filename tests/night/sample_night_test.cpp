@@ -108,26 +108,6 @@ TEST(SampleNight, CanBeReducedInEverySizeAndPixelType) {
   }
 }
 
-// What an observer relies on in the raw frames.
-TEST(SampleNight, HasFramesLikeADetectorsOwn) {
-  Options options = smallNight;
-  options.pixelType = 16;
-  const Layout layout = PlanNight(options).instrument.layout;
-  const WrittenNight night(options);
-  const auto session = test::SessionIn(night.folder.path());
-  for (const char* file : {"arc1a.fts", "star1.fts"}) {
-    EXPECT_TRUE(LoadFits2D(*session, file).empty()) << file;
-    // Row plots show a row only where all of it is above 100; the strongest light does not saturate.
-    EXPECT_GT(session->imageMin, 100) << file;
-    EXPECT_LT(session->imageMax, 32767) << file;
-    for (int row = 1; row <= layout.rows; ++row) {
-      const auto strip = session->image.Row(row, layout.litColumns + 1, layout.columns);
-      EXPECT_NEAR(*std::max_element(strip.begin(), strip.end()), detector::bias, 20) << file << row;
-      EXPECT_GT(session->image(row, layout.badColumn), detector::bias + 1000) << file << row;
-    }
-  }
-}
-
 // The velocity's error bar is of use only if the fit leaves out what is no star.
 TEST(MeasureVelocity, LeavesOutPixelsThatStickOutAndRefusesWhatIsNoSpectrum) {
   const WrittenNight night(smallNight);

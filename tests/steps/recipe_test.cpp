@@ -253,19 +253,6 @@ TEST_F(SmallNight, StopsARecipeAtTheFirstRefusalNamingLineFileAndDetail) {
             (std::vector<std::string>{"arc.fts", "lines.txt", "short.fts", "star.fts", "taken"}));
 }
 
-TEST_F(SmallNight, ARefusedBackgroundOrZapLeavesTheSelectionAsItWas) {
-  SetFrame(s, 50, 500, [](int c, int r) { return 500.0 + c + r; });
-  Run("aperture 20 30\nbackground 2 10 40 45 1\n");
-  for (const char* step : {"background 2 200 240 400 1", "background 2 10 40 45 3", "zap 5 1 50 3"})
-    EXPECT_NE(Refused(step), "") << step;
-  EXPECT_EQ(s.slice.background1LastRow, 10);
-  EXPECT_EQ(s.background.backgroundPower, 1);
-  EXPECT_TRUE(s.background.backgroundFitted);
-  EXPECT_FALSE(s.rowPlot.zapSelected);
-  Run("crunch\n");
-  EXPECT_NEAR(s.slot[slots::spectrum].spectrum(25), 0, 1e-9);
-}
-
 TEST_F(SmallNight, IdentifyChecksWhatTheWindowsCheck) {
   EXPECT_EQ(Refused("identify arc1 40 5000"), "Hey, no Arc 1 file has been loaded!");
   Run("load frame arc.fts\naperture 24 36\nbackground 2 12 48 58 1\ncrunch\nsave spectrum lamp.fts\n"

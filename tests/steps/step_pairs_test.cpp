@@ -236,5 +236,28 @@ TEST(StepPairs, HoldEveryStep) {
   EXPECT_EQ(held.size(), std::variant_size_v<Step>);
 }
 
+TEST(StepPairs, AStepThatIsRefusedLeavesEverything) {
+  const TemporaryFolder folder;
+  WriteTinyNight(folder.path());
+  WriteFile(folder.File("halfway.dat"), ReadFile(folder.File("a.mask")) + "junk\r\n");
+  WriteFile(folder.File("precious.txt"), "precious");
+  const auto s = Prepared(folder.path());
+  const State before = StateOf(*s);
+  const char* const refused =
+      "load mask halfway.dat\nload mask frame.fts\nload table precious.txt\nload arc1 frame.fts\n"
+      "load arc1 none.fts\nload frame a.mask\nload object none.fts\nfolder none\ncorrect\nfix-column 3\n"
+      "export object precious.txt\nsave spectrum frame.fts\nsave frame x/y.fts\naperture 0 5\n"
+      "background 1 2 11 12 7\nbackground 1 1 2 2 2\nbackground 1 2 11 13 1\nzap 5 1 40 3\nzap 5 0 2\n"
+      "normalize auto 0 2\nnormalize points 5 10 20\nfit-deviations arc1 4\nidentify arc1 15 5000\n"
+      "identify arc1 9 5009.3\n";
+  for (const RecipeLine& line : ParseRecipe(refused, {})) {
+    EXPECT_NE(RefusalOf([&] { halmek::Perform(*s, line.step); }), "") << line.number;
+    const State after = StateOf(*s);
+    // A click on a line and a type chosen stay.
+    EXPECT_EQ(Wrong({"", "slot panel type"}, true, before, after, after), "") << line.number;
+  }
+  EXPECT_EQ(ReadFile(folder.File("precious.txt")), "precious");
+}
+
 }  // namespace
 }  // namespace halmek::test

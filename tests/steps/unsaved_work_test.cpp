@@ -117,26 +117,5 @@ TEST_F(UnsavedWorkTest, TheJournalOnTheDiskOutlivesTheSession) {
   EXPECT_EQ(RefusalOf([&] { nowhere.Append("crunch"); }), "Error: 76  Error: Path not found.");
 }
 
-TEST_F(UnsavedWorkTest, WhatIsRefusedLeavesEverything) {
-  Run("load frame arc.fts\n" + extract + "save spectrum a.fts\nload arc1 a.fts\nidentify arc1 40 5000\n" +
-      "identify arc1 340 5300\nsave mask arc1 m.dat\nload table lines.txt\n");
-  WriteFile(folder.File("halfway.dat"), ReadFile(folder.File("m.dat")) + "junk\r\n");
-  WriteFile(folder.File("precious.txt"), "precious");
-  const auto state = [&] {
-    return std::tuple(s.mask.maskFileName, s.mask.maskCount, s.mask.MaskColumn(1), s.mask.MaskWavelength(2),
-                      s.wavelengthTable.wlCount, s.arc[1].LineCount, s.slot[1].fileName, s.slot[0].fileName,
-                      s.currentSlot, UnsavedWork(s).size(), s.workflow.title);
-  };
-  const auto before = state();
-  for (const char* step :
-       {"load mask halfway.dat", "load mask star.fts", "load table precious.txt", "load arc1 star.fts",
-        "load arc1 none.fts", "load frame a.txt", "load object none.fts", "export object precious.txt",
-        "save spectrum star.fts", "background 2 12 48 58 7"}) {
-    EXPECT_NE(RefusalOf([&] { Perform(s, StepIn(step)); }), "") << step;
-    EXPECT_EQ(state(), before) << step;
-  }
-  EXPECT_EQ(ReadFile(folder.File("precious.txt")), "precious");
-}
-
 }  // namespace
 }  // namespace halmek::test
