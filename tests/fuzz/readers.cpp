@@ -3,8 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
-#include <filesystem>
 
 #include "calib/line_mask.h"
 #include "calib/wavelength_table.h"
