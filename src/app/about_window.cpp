@@ -3,6 +3,7 @@
 
 #include <QVBoxLayout>
 
+#include "app/version.h"
 #include "platform/controls.h"
 #include "platform/placement.h"
 
@@ -16,7 +17,7 @@ AboutWindow::AboutWindow(Desk& desk) : desk_(desk) {
   auto* const column = new QVBoxLayout(this);
   column->setSizeConstraint(QLayout::SetFixedSize);
   column->setContentsMargins(36, 20, 36, 20);
-  const auto add = [&](const char* name, const char* text) {
+  const auto add = [&](const char* name, const QString& text) {
     QLabel* const label = NewLabel(name, text);
     label->setAlignment(Qt::AlignHCenter);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -27,7 +28,7 @@ AboutWindow::AboutWindow(Desk& desk) : desk_(desk) {
   add("Label2", "(Radial Velocity Reductions)");
   add("Label6", "Intermediate steps for reducing spectral images");
   add("Label8", "------------------------------");
-  add("Label9", "This is version 2.2c of 2012-04-29");
+  add("Label9", QString("This is version %1 of %2").arg(programVersion, releaseDate));
   column->addSpacing(12);
   add("Label4", "Something went wrong, or could be better?");
   add("Label5", "Please report it to the project's issue tracker.");

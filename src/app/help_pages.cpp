@@ -29,124 +29,137 @@ const std::vector<std::string> introduction = {
 
 const std::vector<std::string> fileMenu = {
     "[menu] File > Load DAO Non-standard 2-D File:"
-    "  This is to load non-standard FITS files used at the DAO and elsewhere which are 16-bit integer but "
-    "which are not correctly identified in the FITS header. "
+    "  This loads non-standard FITS files, used at the DAO and elsewhere, that hold 16-bit integers but do "
+    "not "
+    "say so correctly in the FITS header."
     "  (They are in the simple format of value = 256*high byte + low byte.)"
-    "  Once the file is loaded, you can then save it in one of the standard FITS types (32-bit real is "
+    "  Once the file is loaded, you can save it as one of the standard FITS types (32-bit real is "
     "recommended).",
     "[menu] File > Load Wavelength Table:"
-    "  This loads a text file consisting of:  header line, thence wavelength in Angstroms, Element."
-    "  It is used for automatic identification of arc lines once the first two have been identified.",
+    "  This loads a text file that has a header line, then lines of a wavelength in Angstroms, a comma and "
+    "the "
+    "name of the element."
+    "  It is used to identify arc lines automatically once the first two have been identified.",
     "[menu] File > Load 2-D Fits file:"
-    "  This loads a standard 2-D fits file; it does the same as the 'Load ...' button in the main window.",
+    "  This loads a standard 2-D FITS file; it does the same as 'Load ...' in the main window.",
     "[menu] File > Save:"
-    "  This saves, under the existing filename, the 2-D FITS file loaded in Part I.",
+    "  This saves the 2-D FITS file of Part I, as 32-bit real, where it was saved last; the first time, "
+    "beside "
+    "the file that was loaded, with the ending .fts.",
     "[menu] File > Save 2-D File:"
-    "  This is the same as above, but you get to set a new filename and folder.",
+    "  This is the same, but you choose the filename, the folder and the type of the pixels.",
     "[menu] File > Save 2-D Data to Text File:"
-    "  This saves the individual pixel values to a text file.  Following a header line, they are saved "
-    "column-wise."
-    "  (That way, the values may be dumped into a spreadsheet if needed.)",
+    "  This saves the pixel values to a text file, which a spreadsheet can read.  Each line is a column of "
+    "the "
+    "frame, its values in the order of rows, with commas between them.",
     "[menu] File > Save 1-D File:"
-    "  This saves the 1-D FITS file resulting from the Crunch (compression from 2-D to 1-D) function.",
+    "  This is not available.  Use 'Save 1-D Frame ...' in the main window, which saves the spectrum that "
+    "the "
+    "Crunch step makes.",
     "[menu] File > Save 1-D Data to Text File:"
-    "  Following a header line, the pixel values are saved to a text file.",
+    "  This saves the spectrum that you choose to a text file.  Each line is the number of a pixel and its "
+    "value.",
     "Before a file is replaced, you are asked, and told what it is.",
 };
 
 const std::vector<std::string> part1 = {
-    "Load:"
-    "  This loads the 2-D FITS file (object, arc).  It will take a few seconds."
-    "  It does the same as [menu]File > Load 2-D Fits File.",
-    "Fix [Bad column]:"
-    "  This deals with bad columns."
-    "  For each element of the bad column, (i.e., row number from 1 to NAXIS2), the program takes the median "
-    "of a specified number of elements (same row) on each side of that column. ",
-    "Snip:"
-    "  This trims off the edges, keeping the section of the frame delineated by the corner points."
-    "  Thus one can trim off the overscan or whatever else."
-    "  The information will be documented in the FITS header.",
-    "Fix Trace:"
-    "  This option plots an entire row, enabling you to fix (or zap) the bad pixel(s) that have resulted "
-    "from cosmic ray hits."
-    "  (The program takes the median of a specified number of pixels on each side of the bad pixels.)"
-    "  To use, left-click nearby on each side of the bad pixel; the program then zooms in enabling you to "
-    "right-click on as many contiguous pixels as you want."
-    "  When ready, click 'Zap'; use 'Deselect' or 'Undo' to correct mistakes."
-    "  After you zap, the program can return automatically to the full row or replot the same interval; to "
-    "change, click [menu]Options > Full Row after Zap.",
-    "  For bad pixels at the end, use '[Zoom]In', then migrate to that end with the slide bar."
-    "Plot Vertical Trace:"
-    "  A user-selected column is plotted, enabling the user to select the aperture for data extraction and "
-    "the two background ranges. "
-    "   The latter are then fitted by a linear or higher polynomial.",
-    "Crunch:"
-    "  This uses the information from the previous step to subtract the fitted background from all pixels "
-    "within the aperture and then sum them, producing a one-dimensional image file.",
-    "Normalize:"
-    "  This first plots the spectrum."
-    "  The user then fits the continuum by a polynomial of power 2-5 and the entire spectrum is rescaled so "
-    "that the continuum is flat."
-    "  The selection of points can be automatic or manual."
-    "  After selecting 'manual', left-click at various high points that ",
-    "Save 1-D Frame:"
-    "  This saves the frame resulting from the above steps."
-    "  There will be numerous files (arcs, standard stars, program stars) that will be processed in Part I."
-    "  It is therefore intended that the arcs and object files (standard stars, program stars) will be "
-    "reloaded in part II.",
+    "Load ...:"
+    "  This loads the 2-D FITS file (object or arc).  It does the same as [menu] File > Load 2-D Fits File.",
+    "Fix ! [bad column]:"
+    "  This repairs a bad column."
+    "  Each pixel of it, in every row from 1 to NAXIS2, is replaced by the median of its six neighbours in "
+    "the "
+    "same row, three on each side.",
+    "Snip !:"
+    "  This trims off the edges, such as the overscan, and keeps the section of the frame between the corner "
+    "points."
+    "  The FITS header will say what was kept.",
+    "Fix Trace ...:"
+    "  This plots an entire row, so that you can fix (zap) the bad pixels that cosmic ray hits have left."
+    "  (They are replaced by the mean of a number of pixels that you choose on each side of them.)"
+    "  Left-click nearby on each side of the bad pixels; the program then zooms in, and you right-click on "
+    "the "
+    "first and the last of the bad pixels."
+    "  When ready, click 'ZAP!'; use 'Deselect' or 'Undo' to correct mistakes."
+    "  After you zap, the program can return to the full row or plot the same interval again; to change "
+    "that, "
+    "click [menu] Options > Full Row after Zap."
+    "  For bad pixels at the ends of the row, use '[Zoom] IN' and move to that end with the scroll bar.",
+    "Plot Vertical Slice ...:"
+    "  This plots a column that you choose, so that you can mark the aperture from which the data are "
+    "extracted, "
+    "and the two background ranges."
+    "  The latter are then fitted by their median, a straight line or a parabola.",
+    "Crunch !:"
+    "  This subtracts the fitted background from all pixels within the aperture and sums them, column by "
+    "column, to a one-dimensional spectrum.",
+    "Normalize ...:"
+    "  This plots the spectrum."
+    "  You then fit the continuum by a polynomial of power 2 to 5, and the entire spectrum is rescaled so "
+    "that "
+    "the continuum is flat."
+    "  The points of the fit are selected automatically or by hand."
+    "  After selecting 'Manual', left-click at high points that belong to the continuum; right-click to "
+    "delete "
+    "one.",
+    "Save 1-D Frame ...:"
+    "  This saves the spectrum that the steps above have made."
+    "  Arcs, standard stars and program stars are all processed in Part I, and loaded again from their files "
+    "in "
+    "Part II.",
 };
 
 const std::vector<std::string> part2 = {
-    "# Arc Files:"
+    "# Arc files:"
     "  Normally, the observer takes two arc images - one before and one after the object image."
     "  Occasionally only one may be available; this allows you to use only one.",
-    "Arc 1 (or 2) Load:"
-    "  Obvious.",
+    "Load ... [arc frames]:"
+    "  This loads the spectrum of an arc that was saved in Part I.",
     "Plot Arc 1 (or 2):"
-    "  From the plot screen, one clicks on a peak, the program displays the centroided column number, and "
-    "one enters the tabular wavelength."
-    "  After two peaks have been so identified -- and providing that the wavelength file has been loaded -- "
-    "clicking on subsequent peaks results in automatically selected (identified) tabular wavelengths. "
-    "  After all the lines have been identified, one then fits the differences from a linear fit."
-    "  See the help in the plot screen for more details.",
-    "Load Object Frame:"
-    "  Obvious",
-    "Fix:"
-    "  This applies the fitted function from step 8 to correct the object spectrum so that it is strictly "
-    "linear in wavelength. ",
-    "Save Calibrated Object File:"
-    "  The final corrected file is saved; the wavelength of the first pixel and the pixel scale are written "
+    "  In the plot you click on a peak, the program displays the centroided column number, and you enter the "
+    "tabular wavelength."
+    "  After two peaks have been so identified - and where the wavelength table has been loaded - a click on "
+    "another peak proposes its tabular wavelength."
+    "  After all the lines have been identified, you fit their differences from a linear fit."
+    "  See the help in the plot's window for more details.",
+    "Load ... [object frame]:"
+    "  This loads the spectrum of the object, which was saved in Part I, too.",
+    "Fix !:"
+    "  This applies the functions fitted in step 9 to correct the object spectrum so that it is strictly "
+    "linear in wavelength.",
+    "Save Calibrated Frame...:"
+    "  This saves the corrected spectrum; the wavelength of the first pixel and the pixel scale are written "
     "to the FITS header.",
 };
 
 const std::vector<std::string> arcPlot = {
-    "You click on  a peak and a window opens."
-    "  You then enter the tabular wavelength for that peak (line). "
-    "  After two lines have been so identified, pressing 'Update Linfit' will display some statistics."
-    "  Pressing 'OK' does the same as 'Update Linfit' but the window disappears so that you can go on to the "
-    "next peak."
-    "  Note that what appear to be very low (weak) peaks still have lots of data for fitting. "
+    "You click on a peak and a window opens."
+    "  You then enter the tabular wavelength for that peak (line)."
+    "  After two lines have been so identified, pressing 'Update Fit' will display some statistics."
+    "  Pressing 'Update/Done' does the same, and the window closes so that you can go on to the next peak."
+    "  Note that what appear to be very low (weak) peaks still have lots of data for fitting."
     "  Note too that the program guards against entering data for the same line twice.",
-    "Once two lines have been identified, the program automatically selects (identifies) wavelengths from "
-    "the wavelength table that has been loaded. "
-    "  If the table has not been loaded, you can do so from the main menu. ",
-    "Once you have identified all the lines that you can, you can, using 'Save Mask' saves the information "
-    "(centroided pixel value, tabular wavelength) to a text file (mask) that can be applied to automatically "
-    "identify the lines from all succeeding arc spectra.",
-    "'Calc. Fit' opens a new window in which deviations from a linear fit are plotted across the wavelength "
+    "Once two lines have been identified, the program proposes wavelengths from the wavelength table that "
+    "has "
+    "been loaded."
+    "  If the table has not been loaded, you can do so from the menu of the main window.",
+    "Once you have identified all the lines that you can, 'Save Mask' saves them (centroided column, tabular "
+    "wavelength) to a text file, a mask, by which the lines of all later arc spectra can be identified "
+    "automatically.",
+    "'Calc. Fit' opens a window in which the deviations from a linear fit are plotted across the wavelength "
     "range."
-    "  You then fit a polynomial of power 2-5 to the differences."
-    "  This and the data from the arc 2 fit are applied to the object 1-D image using the dispersion "
-    "correction routine.",
-    "'OK' closes the window."
-    "  You could just as well click the X at the top corner (but then there is no check that the process is "
-    "complete).",
-    "For all subsequent arc files (assuming that no changes have been made to the spectrograph), the "
-    "sequence is very rapid: 'Apply Mask', 'Calc. Fit', [do the fit], 'OK', 'OK'.",
-    "[Menu]File > Print Setup selects the printer, the orientation (portrait or landscape) and the number of "
+    "  You then fit a polynomial of power 2 to 4 to the differences."
+    "  This and the fit of the other arc are applied to the object by the dispersion correction.",
+    "'OK' closes the window after checking that the process is complete."
+    "  'Cancel' and the X at the top corner close it without that check.",
+    "For all later arc files (assuming that no changes have been made to the spectrograph), the "
+    "sequence is very rapid: 'Load Mask' once, then 'Apply Mask', 'Calc. Fit', 'Fit Differences', 'OK', "
+    "'OK'.",
+    "[menu] File > Print Setup selects the printer, the orientation (portrait or landscape) and the number "
+    "of "
     "copies."
-    " The 'Print' does not print; regard it as an 'OK' button."
-    " To print the page, use [Menu]File > Print.",
+    "  Its button 'Print' does not print yet; it only accepts the settings."
+    "  To print the page, use [menu] File > Print.",
 };
 
 }  // namespace

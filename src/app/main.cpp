@@ -8,6 +8,7 @@
 #include <string>
 
 #include "app/main_window.h"
+#include "app/version.h"
 #include "files/process.h"
 #include "platform/desk.h"
 #include "platform/installed.h"
@@ -62,7 +63,7 @@ int main(int argc, char** argv) {
   CLI::App app("Turns long-slit CCD frames into wavelength-calibrated spectra, at the screen.", "halmek");
   std::string frame;
   app.add_option("frame", frame, "a 2-D FITS file to begin with")->type_name("FRAME");
-  app.set_version_flag("--version", "halmek " HALMEK_VERSION);
+  app.set_version_flag("--version", std::string("halmek ") + halmek::programVersion);
   app.footer(
       "The settings file Halmek8.ini is read from and written to the current folder. halmek-batch runs the\n"
       "same steps from recipes, without a screen.\n");

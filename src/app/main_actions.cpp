@@ -167,7 +167,9 @@ void Actions::ShowDeviations(int arc) { Made(deviations_[arc], desk_, arc).Open(
 
 void Actions::LoadMask(int arc) {
   session().currentSlot = arc;
-  Chooser(choosers::loadMask).Open({.what = "mask", .title = {}, .pattern = 1, .name = {}, .slot = arc});
+  Chooser(choosers::loadMask)
+      .Open(
+          {.what = "mask", .title = {}, .pattern = 1, .name = {}, .slot = arc, .over = arcPlots_[arc].get()});
 }
 
 void Actions::SaveMask(int arc) {
@@ -176,7 +178,8 @@ void Actions::SaveMask(int arc) {
       .Open({.what = std::string(NameOfSlot(arc)),
              .title = {},
              .pattern = 0,
-             .name = BaseName(DataName(session().slot[arc])) + "_mask.dat"});
+             .name = BaseName(DataName(session().slot[arc])) + "_mask.dat",
+             .over = arcPlots_[arc].get()});
 }
 
 void Actions::Correct() { desk_.Do(mainWindow_, CorrectSteps(session())); }

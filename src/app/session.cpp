@@ -18,7 +18,11 @@ std::string SpectrumTextName(const Session& session, int slot) {
   const std::string data = DataName(session.slot[slot]);
   if (data.empty())
     return {};
-  return slot == slots::spectrum ? session.baseName + "_1D.txt" : BaseName(data) + ".txt";
+  if (slot == slots::spectrum)
+    return session.baseName + "_1D.txt";
+  const std::string name = BaseName(data);
+  // The object of Part II is a spectrum of Part I by its file, but not by what is in it.
+  return name + (slot == slots::object && !name.ends_with("cal") ? "cal.txt" : ".txt");
 }
 
 void RequireWithin(const char* what, int value, int last) {

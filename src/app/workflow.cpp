@@ -10,4 +10,10 @@ void ClearFrameStatus(Workflow& workflow) {
   workflow.continuumStatus.clear();
 }
 
+void ClearFitStatus(Workflow::ArcStatus& status) {
+  status.deviationStatus.clear();
+  status.fitStatus.clear();
+  status.fitWindowStatus.clear();
+}
+
 }  // namespace halmek

@@ -50,4 +50,7 @@ struct Workflow {
 // Clears the status texts of the frame's steps, which a new or trimmed frame starts over.
 void ClearFrameStatus(Workflow& workflow);
 
+// Clears those of a fit, which are about the lines that it went through.
+void ClearFitStatus(Workflow::ArcStatus& status);
+
 }  // namespace halmek

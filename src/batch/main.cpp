@@ -14,6 +14,7 @@
 
 #include "app/output.h"
 #include "app/session.h"
+#include "app/version.h"
 #include "batch/job.h"
 #include "batch/many.h"
 #include "batch/report.h"
@@ -65,7 +66,7 @@ void Describe(CLI::App& app, Options& options) {
       ->type_name("FILE");
   app.add_flag("--replace", options.replace,
                "let report and journal replace files that halmek-batch did not write");
-  app.set_version_flag("--version", "halmek-batch " HALMEK_VERSION);
+  app.set_version_flag("--version", std::string("halmek-batch ") + halmek::programVersion);
   app.footer(LanguageNotes);
 }
 

@@ -15,8 +15,6 @@ namespace {
 constexpr double markLength = 0.05;  // of the plot's height
 constexpr double markReach = 75;     // twips from a mark within which the pointer means it
 
-constexpr AxisStyle arcAxes{.upperLabelWidth = 7, .lowerLabelWidth = 6, .labelDecimals = 0};
-
 void MarkIdentifiedLines(Drawing& drawing, const Arc& arc, int a) {
   const Colour colour = a == 1 ? Colour{255, 0, 255} : Colour{0, 150, 150};
   const PlotFrame& f = arc.plotFrame;
@@ -39,7 +37,7 @@ void OpenArcPlot(Session& s, int a) {
 
   Workflow::ArcStatus& status = s.workflow.arc[a];
   status.maskStatus = arc.maskApplied ? doneText : "";
-  status.deviationStatus = arc.fitDone ? doneText : "";
+  status.deviationStatus = IsFitted(arc) ? doneText : "";
 }
 
 Drawing PlotArc(Session& s, int a, WindowSize window) {
@@ -54,7 +52,7 @@ Drawing PlotArc(Session& s, int a, WindowSize window) {
 
   Drawing drawing(window,
                   PlotCaption("Arc " + std::to_string(a) + "   File:  ", DataName(slot), slot.objectName));
-  DrawAxes(drawing, f, arcAxes);
+  DrawAxes(drawing, f);
   DrawStepCurve(drawing, f, values);
   MarkIdentifiedLines(drawing, s.arc[a], a);
   return drawing;

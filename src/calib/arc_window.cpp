@@ -104,15 +104,20 @@ void ArcWindow::ShowState() {
   maskStatus_->setText(Shown(status.maskStatus));
   deviationStatus_->setText(Shown(status.deviationStatus));
 
-  if (session().arc[arc_].LineCount < 2)
-    wavelength_->clear();
-
   const LineMask& mask = session().mask;
   applyMask_->setToolTip(
       "Identify the lines of this arc from the mask loaded: " +
       (mask.maskCount == 0
            ? QString("none yet")
            : Shown(mask.maskFileName + ", " + Count(mask.maskCount, "line")).toHtmlEscaped()));
+}
+
+bool ArcWindow::Follow() {
+  // What they say may be of another file, or of lines that are gone. Where the pointer is over the plot, they
+  // are filled again.
+  for (QLabel* const label : {column_, value_, wavelength_})
+    label->clear();
+  return session().workflow.arc[arc_].plotEnabled;
 }
 
 void ArcWindow::PointTo(double x, double y) {

@@ -26,7 +26,7 @@ class ArcWindow : public PlotWindow {
   CursorTrack Track() override;
   std::string PictureName() const override;
   void ShowState() override;
-  bool Follow() override { return session().workflow.arc[arc_].plotEnabled; }
+  bool Follow() override;
   void PointTo(double x, double y) override;
   void ClickLeft(double x, double y) override { Click(x, y); }
   void ClickRight(double x, double y) override { Click(x, y); }

@@ -88,10 +88,6 @@ void DeviationWindow::ShowState() {
   const Arc& arc = session().arc[arc_];
   power_->setCurrentIndex(arc.fitPower - leastPower);
   status_->setText(Shown(session().workflow.arc[arc_].fitWindowStatus));
-  if (arc.LineCount < 2) {
-    value_->clear();
-    wavelength_->clear();
-  }
   const FitInWords words = DescribeFit(arc);
   fitInWords_->setText(Shown(words.fit));
   rms_->setText(Shown(words.rms));
@@ -101,7 +97,9 @@ void DeviationWindow::ShowState() {
 bool DeviationWindow::Follow() {
   if (!session().workflow.arc[arc_].plotEnabled)
     return false;
-  // Lines may have come or gone.
+  // Lines may have come or gone, and what the read-outs say with them.
+  for (QLabel* const label : {column_, value_, wavelength_})
+    label->clear();
   ComputeDeviations(session(), arc_);
   return true;
 }

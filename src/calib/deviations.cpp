@@ -12,7 +12,6 @@ namespace halmek {
 namespace {
 
 constexpr int highestPower = 4;
-constexpr AxisStyle deviationAxes{};
 
 std::string TooFewTerms(int power) {
   return "For a fit of power " + std::to_string(power) + ", you need at least " + std::to_string(power + 1) +
@@ -165,7 +164,7 @@ Drawing PlotDeviations(Session& s, int a, WindowSize window) {
   SetYRange(f, NiceLowerBound(smallest), NiceUpperBound(largest));
 
   Drawing drawing(window, "Plot Wavelength Differences - Arc " + std::to_string(a));
-  DrawAxes(drawing, f, deviationAxes);
+  DrawAxes(drawing, f);
   if (arc.fitDone && arc.DeviationCoef[arc.fitPower].power != 0)
     DrawDeviationCurve(drawing, arc, pixels);
   DrawDots(drawing, arc);
@@ -188,7 +187,8 @@ void AcceptDeviations(Session& s, int a) {
   if (!s.arc[a].fitDone)
     throw Refusal("Hey, you need to do the fit!");
   s.workflow.saveSpectrumEnabled = true;
-  s.workflow.arc[a].fitStatus = doneText;
+  if (IsFitted(s.arc[a]))
+    s.workflow.arc[a].fitStatus = doneText;
 }
 
 }  // namespace halmek

@@ -98,6 +98,18 @@ void Refit(Session& s, int a, double wavelength) {
   panel.rmsText = FitText(arc.linRms);
 }
 
+// The lines are no longer those of the mask that was applied.
+void DropMaskStatus(Session& s, int a) {
+  s.arc[a].maskApplied = false;
+  s.workflow.arc[a].maskStatus.clear();
+}
+
+// The entry of the table that is written as this wavelength is; 0 where there is none.
+int EntryWrittenAs(const WavelengthTable& table, double wavelength) {
+  const int entry = NearestEntry(table, wavelength);
+  return entry != 0 && ClickText(table.WLValue(entry)) == ClickText(wavelength) ? entry : 0;
+}
+
 double UpperAxisLimit(const Slot& slot) {
   return NiceUpperBound(RangeOf(slot.spectrum.Range(1, Pixels(slot))).largest);
 }
@@ -141,7 +153,12 @@ void RebuildLineList(Session& s, int a) {
     s.FitWavelength(n) = arc.ArcLineWavelength(n) = arc.PixelWavelength(p);
   }
   arc.LineCount = n;
-  arc.fitIsStale.fill(true);
+  LinesHaveChanged(s, a);
+}
+
+void LinesHaveChanged(Session& s, int a) {
+  s.arc[a].fitIsStale.fill(true);
+  ClearFitStatus(s.workflow.arc[a]);
 }
 
 std::optional<double> FitDispersionLine(Session& s, int a) {
@@ -207,6 +224,7 @@ int DeleteEntry(Session& s, int a) {
     if (arc.PixelCentroid(p) > 0.0001)
       arc.PixelCentroid(p) = arc.PixelWavelength(p) = 0;
   RebuildLineList(s, a);
+  DropMaskStatus(s, a);
   Refit(s, a, NumericPrefix(s.linePanel.wavelengthText));
   return deleted;
 }
@@ -219,12 +237,8 @@ void DeleteAllLines(Session& s, int a) {
   arc.LineCount = 0;
   arc.linIntercept = arc.linSlope = arc.linRms = 0;
   arc.fitDone = false;
-  arc.fitIsStale.fill(true);
-  Workflow::ArcStatus& status = s.workflow.arc[a];
-  status.maskStatus.clear();
-  status.deviationStatus.clear();
-  status.fitStatus.clear();
-  status.fitWindowStatus.clear();
+  LinesHaveChanged(s, a);
+  DropMaskStatus(s, a);
 }
 
 void ShowTableEntry(Session& s, int entry) {
@@ -236,6 +250,15 @@ void ShowTableEntry(Session& s, int entry) {
   panel.nameText = table.WLName(panel.tableEntry);
   panel.wavelengthText = ClickText(table.WLValue(panel.tableEntry));
   panel.deviationText = ClickText(NumericPrefix(panel.estimateText) - NumericPrefix(panel.wavelengthText));
+}
+
+void ShowTypedWavelength(Session& s, std::string_view text) {
+  LinePanel& panel = s.linePanel;
+  const double wavelength = NumericPrefix(text);
+  const int entry = EntryWrittenAs(s.wavelengthTable, wavelength);
+  panel.nameText = entry == 0 ? "" : s.wavelengthTable.WLName(entry);
+  const bool isComparable = IsValidWavelength(wavelength) && !panel.estimateText.empty();
+  panel.deviationText = isComparable ? ClickText(NumericPrefix(panel.estimateText) - wavelength) : "";
 }
 
 }  // namespace halmek

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <string_view>
 
 #include "app/session.h"
 
@@ -16,6 +17,10 @@ void RequireValidWavelength(double wavelength);
 // Rebuilds the line list of arc `a` in pixel order from the wavelengths given to its pixels, and the points
 // of the straight-line fit.
 void RebuildLineList(Session& session, int a);
+
+// To be called where the lines of arc `a` are others than those its fits went through: the fits are stale,
+// and no "DONE!" of them stands.
+void LinesHaveChanged(Session& session, int a);
 
 // A click at a column, numbered from 1: finds the peak, centroids it unless that was done before, and fills
 // the identification panel, with a proposed wavelength once two lines are known. Throws Refusal
@@ -45,6 +50,11 @@ void DeleteAllLines(Session& session, int a);
 // moved to the nearer end; without a table nothing happens. The deviation is that from the estimate that the
 // panel shows, from 0 where it shows none.
 void ShowTableEntry(Session& session, int entry);
+
+// Shows in the identification panel what belongs to a wavelength that is being typed: the name of the table's
+// entry of that wavelength, and the deviation from the estimate; neither where there is none. The entry shown
+// before, and its wavelength, stay what the table is walked from.
+void ShowTypedWavelength(Session& session, std::string_view text);
 
 // Fits the straight line to the list of arc `a` and stores it, but for its RMS. Returns the sum of squared
 // residuals in Angstrom squared; nothing, with nothing changed, where the fit is singular.

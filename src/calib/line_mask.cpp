@@ -7,6 +7,7 @@
 #include "app/output.h"
 #include "calib/line_list.h"
 #include "calib/peaks.h"
+#include "calib/wavelength_table.h"
 #include "files/input_file.h"
 #include "files/text_records.h"
 #include "numeric/rounding.h"
@@ -39,6 +40,35 @@ void ReadEntry(LineMask& mask, int k, std::string_view line, size_t lineNumber) 
                        "line " + std::to_string(lineNumber) + " is not two numbers");
   mask.MaskColumn(k) = *column;
   mask.MaskWavelength(k) = *wavelength;
+}
+
+bool IsTable(const std::string& text) {
+  try {
+    return IsValidWavelength(ParseWavelengthTable(text).WLValue(1));
+  } catch (const Failure&) {
+    return false;
+  }
+}
+
+LineMask ParseMask(std::string text) {
+  if (text.starts_with("\xEF\xBB\xBF"))
+    text.erase(0, 3);
+  if (text.empty())
+    throw RunTimeError(run_time_error::pastEndOfFile, "the file is empty");
+  const std::vector<std::string_view> lines = Lines(text);
+  if (!RecordLine(lines[0]).Text().value_or("").starts_with("Mask"))
+    throw Refusal(
+        IsTable(text)
+            ? "This is a wavelength table, not a mask of lines.  Please load it as a wavelength table."
+            : "This is not a mask file for this program.  Please try again.");
+
+  LineMask mask;
+  for (size_t i = 1; i < lines.size(); ++i)
+    if (!RecordLine(lines[i]).AtEnd())
+      ReadEntry(mask, ++mask.maskCount, lines[i], i + 1);
+  if (mask.maskCount == 0)
+    throw RunTimeError(run_time_error::pastEndOfFile, "there are no lines of data");
+  return mask;
 }
 
 struct FoundLine {
@@ -94,31 +124,30 @@ void TakeLines(Session& s, Arc& arc, const FoundLines& found) {
   s.peakPixel = found.back().pixel;
   s.centroidValue = found.back().centroid.column;
   s.linePanel = {};  // what was clicked is no more the peak
-  arc.fitIsStale.fill(true);
 }
 
 }  // namespace
 
 void LoadMask(Session& s, const std::string& file) {
-  std::string text = ReadWholeFile(FullName(s, file));
-  if (text.starts_with("\xEF\xBB\xBF"))
-    text.erase(0, 3);
-  if (text.empty())
-    throw RunTimeError(run_time_error::pastEndOfFile, "the file is empty");
-  const std::vector<std::string_view> lines = Lines(text);
-  if (!RecordLine(lines[0]).Text().value_or("").starts_with("Mask"))
-    throw Refusal("This is not a mask file for this program.  Please try again.");
-
-  LineMask mask;
-  for (size_t i = 1; i < lines.size(); ++i)
-    if (!RecordLine(lines[i]).AtEnd())
-      ReadEntry(mask, ++mask.maskCount, lines[i], i + 1);
-  if (mask.maskCount == 0)
-    throw RunTimeError(run_time_error::pastEndOfFile, "there are no lines of data");
+  LineMask mask = ParseMask(ReadWholeFile(FullName(s, file)));
   mask.maskFileName = LeafName(file);
   mask.loadedFile = FullName(s, file);
   s.mask = std::move(mask);
   ShowMaskName(s);
+  // The lines on show are not those of this mask.
+  if (s.currentSlot == slots::arc1 || s.currentSlot == slots::arc2) {
+    s.arc[s.currentSlot].maskApplied = false;
+    s.workflow.arc[s.currentSlot].maskStatus.clear();
+  }
+}
+
+bool IsMask(const std::string& text) {
+  try {
+    ParseMask(text);
+    return true;
+  } catch (const Failure&) {
+    return false;
+  }
 }
 
 Warnings SaveMask(Session& s, int a, const std::string& file, bool mayReplace) {
@@ -163,6 +192,7 @@ Warnings ApplyMask(Session& s, int a) {
     throw Refusal("Hey, a mask needs two or more different lines!");
 
   TakeLines(s, s.arc[a], found);
+  LinesHaveChanged(s, a);
   FitDispersionLine(s, a);
   s.arc[a].maskApplied = true;
   s.workflow.arc[a].maskStatus = doneText;

@@ -12,6 +12,9 @@ namespace halmek {
 // cannot be read or is malformed: 321, or 9 for too many lines; the loaded mask is kept then.
 void LoadMask(Session& session, const std::string& file);
 
+// True for the text of a file that can be loaded as a mask.
+bool IsMask(const std::string& text);
+
 // Writes the lines of arc `a` to `file`, columns and wavelengths with 15 digits, and makes them the loaded
 // mask. Throws Refusal where the arc has no lines, and warns and throws as WriteOutput does; the loaded mask
 // is kept then.

@@ -82,6 +82,10 @@ void LineWindow::AddWavelength(QGridLayout& grid) {
   wavelength_ = new EntryBox("Text1");
   wavelength_->setAlignment(Qt::AlignRight);
   wavelength_->setFixedWidth(wavelength_->fontMetrics().horizontalAdvance("0000000.00000 "));
+  connect(wavelength_, &QLineEdit::textEdited, this, [this](const QString& text) {
+    ShowTypedWavelength(desk_.session(), Typed(text));
+    ShowFit();
+  });
   wavelength_->setToolTip("The laboratory wavelength in Angstroms, from 3000 to 9000");
   table_ = new QScrollBar(Qt::Vertical);
   table_->setObjectName("VScroll1");
@@ -212,7 +216,6 @@ void LineWindow::ShowPanel() {
   centroid_->setText(Shown(panel.centroidText));
   error_->setText(Shown(panel.errorText));
   wavelength_->setText(Shown(panel.wavelengthText).trimmed());
-  name_->SetText(Shown(panel.nameText));
   ShowTable();
   ShowFit();
   const QSignalBlocker silent(table_);
@@ -233,6 +236,7 @@ void LineWindow::ShowTable() {
 void LineWindow::ShowFit() {
   const LinePanel& panel = desk_.session().linePanel;
   estimate_->setText(Shown(panel.estimateText));
+  name_->SetText(Shown(panel.nameText));
   deviation_->setText(Shown(panel.deviationText));
   rms_->setText(Shown(panel.rmsText));
   count_->setText(Shown(panel.countText));

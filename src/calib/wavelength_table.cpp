@@ -1,6 +1,7 @@
 // Reading of the wavelength table.
 #include "calib/wavelength_table.h"
 
+#include "calib/line_mask.h"
 #include "files/input_file.h"
 #include "files/text_records.h"
 
@@ -8,6 +9,10 @@ namespace halmek {
 namespace {
 
 std::string LineNumber(size_t index) { return "line " + std::to_string(index + 1); }
+
+bool IsMissing(const RunTimeError& error) {
+  return error.number() == run_time_error::fileNotFound || error.number() == run_time_error::pathNotFound;
+}
 
 }  // namespace
 
@@ -38,6 +43,8 @@ WavelengthTable ParseWavelengthTable(const std::string& text) {
 Warnings LoadWavelengthTable(Session& s, const std::string& file) {
   try {
     const std::string text = ReadWholeFile(FullName(s, file));
+    if (IsMask(text))
+      throw Refusal("This is a mask of lines, not a wavelength table.  Please load it as a mask.");
     s.wavelengthTable = ParseWavelengthTable(text);
     s.wavelengthTable.loadedFile = FullName(s, file);
     const std::string_view heading = Lines(text)[0];
@@ -45,9 +52,10 @@ Warnings LoadWavelengthTable(Session& s, const std::string& file) {
       return {"The first line is a heading and is not read: " + std::string(heading)};
     return {};
   } catch (const RunTimeError& error) {
-    throw Refusal(
-        "Wavelength file 'WL_table.txt' not found - load from menu bar or enter tabular values manually.",
-        error.detail().empty() ? error.text() : error.detail());
+    const std::string name = "Wavelength file '" + LeafName(file) + "' ";
+    if (IsMissing(error))
+      throw Refusal(name + "not found - load from menu bar or enter tabular values manually.");
+    throw Refusal(name + "was not loaded: " + (error.detail().empty() ? error.text() : error.detail() + "."));
   }
 }
 

@@ -385,7 +385,9 @@ void FileChooser::Accept() {
   hide();
   if (request_.slot)
     session.currentSlot = *request_.slot;
-  desk_.DoAllowed(desk_.mainWindow(), *allowed);
+  if (!desk_.DoAllowed(request_.over != nullptr ? request_.over : desk_.mainWindow(), *allowed) &&
+      request_.over != nullptr)
+    BringToFront(*request_.over);
 }
 
 void FileChooser::StorePlacement() {

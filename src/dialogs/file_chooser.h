@@ -27,6 +27,7 @@ struct ChooserRequest {
   std::string name;   // proposed in the name box; empty: the first file of the list. A full name is proposed
                       // in its folder, others in the data folder.
   std::optional<int> slot = {};  // becomes current with OK, whichever was made current meanwhile
+  QWidget* over = nullptr;  // whose window it is for, and stays in front; the main window where it is none
 };
 
 // Modeless, with a list of drives, of folders, and of the files of one type. OK performs the kind's step in

@@ -234,9 +234,7 @@ void StartOverArc(Session& session, int a) {
   Workflow::ArcStatus& status = session.workflow.arc[a];
   status.plotEnabled = true;
   status.maskStatus.clear();
-  status.deviationStatus.clear();
-  status.fitStatus.clear();
-  status.fitWindowStatus.clear();
+  ClearFitStatus(status);
 }
 
 }  // namespace

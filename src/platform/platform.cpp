@@ -68,6 +68,12 @@ std::optional<std::string> AskForFile(QWidget* over, const FileQuestion& questio
 
 }  // namespace
 
+std::string NamingFile(std::string detail, const std::string& file) {
+  if (detail.ends_with('.'))
+    detail.pop_back();
+  return detail + (detail.empty() ? "the file is \"" : "; the file is \"") + file + "\"";
+}
+
 void QtPlatform::Show(QWidget* over, const Message& message) {
   QMessageBox box(over);
   Fill(box, message.text, message.detail, QMessageBox::Information);

@@ -26,9 +26,7 @@ struct Question {
 };
 
 // The detail of a failure, with the file that it is about.
-inline std::string NamingFile(const std::string& detail, const std::string& file) {
-  return detail + (detail.empty() ? "the file is \"" : "; the file is \"") + file + "\"";
-}
+std::string NamingFile(std::string detail, const std::string& file);
 
 // What a file dialog is for. The first pattern, as in "*.recipe", is that of the name proposed.
 struct FileQuestion {

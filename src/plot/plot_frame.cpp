@@ -28,10 +28,18 @@ std::string FirstCharacters(const std::string& text, int count) {
   return text.substr(0, std::max(static_cast<size_t>(count), std::min(text.find('.'), text.size())));
 }
 
-// A number of the left axis. In so few characters the exponent form of FormatFixed would keep no digit.
-std::string ValueLabel(float tick, int width, int decimals) {
-  std::string text = FormatFixed(tick, width, decimals);
-  return text.find('D') == std::string::npos ? text : GeneralText(tick);
+// How many decimals tell one tick from the next: the step is 1, 2 or 5 of some decade.
+int DecimalsOf(float step) {
+  return std::max(0, -static_cast<int>(std::floor(std::log10(static_cast<double>(step)) + 1e-6)));
+}
+
+// A number of the left axis, with an exponent where it would be too long beside the plot.
+std::string ValueLabel(float tick, int decimals) {
+  constexpr size_t width = 6, mostCharacters = 7;
+  std::string text = FixedText(tick == 0 ? 0 : tick, decimals);
+  if (text.size() > mostCharacters)
+    text = GeneralText(tick);
+  return std::string(width - std::min(width, text.size()), ' ') + text;
 }
 
 void DrawVerticalGrid(Drawing& drawing, const PlotFrame& f, const Ticks& ticks) {
@@ -74,18 +82,15 @@ void DrawXLabels(Drawing& drawing, const PlotFrame& f, const Ticks& ticks, std::
       {Twips(0.9 * drawing.size.width), Twips(drawing.size.height - 1800)}, std::string(title), "Label6"});
 }
 
-void DrawYLabels(Drawing& drawing, const PlotFrame& f, const Ticks& ticks, const AxisStyle& style) {
+void DrawYLabels(Drawing& drawing, const PlotFrame& f, const Ticks& ticks) {
   if (ticks.values.empty())
     return;
-  const auto label = [&](float tick, int width, std::string_view control) {
-    drawing.Add(
-        Text{{0, Twips(ScreenY(f, tick) - 100)}, ValueLabel(tick, width, style.labelDecimals), control});
+  const auto label = [&](float tick, std::string_view control) {
+    drawing.Add(Text{{0, Twips(ScreenY(f, tick) - 100)}, ValueLabel(tick, DecimalsOf(ticks.step)), control});
   };
-  label(ticks.values.back(), style.upperLabelWidth, "Label3");
-  label(ticks.values.front(), style.lowerLabelWidth, "Label4");
-  drawing.Add(Text{{0, Twips(f.plotTop + 0.6 * f.plotHeight)},
-                   FirstCharacters(GeneralText(ticks.step), style.spacingCharacters),
-                   "Label8"});
+  label(ticks.values.back(), "Label3");
+  label(ticks.values.front(), "Label4");
+  drawing.Add(Text{{0, Twips(f.plotTop + 0.6 * f.plotHeight)}, GeneralText(ticks.step), "Label8"});
 }
 
 void DrawBorder(Drawing& drawing, const PlotFrame& f) {
@@ -189,13 +194,13 @@ double ScreenY(const PlotFrame& f, double y) {
   return HasSpan(f.ySpan) ? f.plotBottom - f.plotHeight * (y - f.yMin) / f.ySpan : f.plotBottom;
 }
 
-void DrawAxes(Drawing& drawing, const PlotFrame& frame, const AxisStyle& style) {
+void DrawAxes(Drawing& drawing, const PlotFrame& frame, std::string_view xTitle) {
   const Ticks xTicks = TicksBetween(frame.xMin, frame.xMax);
   DrawVerticalGrid(drawing, frame, xTicks);
-  DrawXLabels(drawing, frame, xTicks, style.xTitle);
+  DrawXLabels(drawing, frame, xTicks, xTitle);
   const Ticks yTicks = TicksBetween(frame.yMin, frame.yMax);
   DrawHorizontalGrid(drawing, frame, yTicks);
-  DrawYLabels(drawing, frame, yTicks, style);
+  DrawYLabels(drawing, frame, yTicks);
   DrawBorder(drawing, frame);
 }
 

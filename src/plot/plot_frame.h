@@ -59,16 +59,9 @@ float Twips(double value);
 double ScreenX(const PlotFrame& frame, double x);
 double ScreenY(const PlotFrame& frame, double y);
 
-// How a plot window writes its axis numbers.
-struct AxisStyle {
-  std::string_view xTitle = "Column";
-  int upperLabelWidth = 6, lowerLabelWidth = 6, labelDecimals = 1;
-  int spacingCharacters = 5;
-};
-
 // Draws grid, ticks and axis numbers of both axes, then the border. An axis without a positive span gets
-// none.
-void DrawAxes(Drawing& drawing, const PlotFrame& frame, const AxisStyle& style);
+// none. The numbers of the left axis have as many decimals as tell one tick from the next.
+void DrawAxes(Drawing& drawing, const PlotFrame& frame, std::string_view xTitle = "Column");
 
 // Draws the values as red steps joined by risers: step k of n from (k - 1) / n to k / n of the plot's width.
 void DrawStepCurve(Drawing& drawing, const PlotFrame& frame, std::span<const double> values);

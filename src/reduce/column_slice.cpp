@@ -12,8 +12,6 @@
 namespace halmek {
 namespace {
 
-constexpr AxisStyle sliceAxes{.xTitle = "Row"};
-
 std::vector<double> ColumnValues(const Session& s, int column) {
   std::vector<double> values;
   for (int row = 1; row <= Rows(s); ++row)
@@ -94,7 +92,7 @@ Drawing DrawColumnPlot(Session& s, WindowSize window) {
 
   const PlotFrame& f = s.slice.colFrame;
   Drawing drawing(window, "Plot Column   File: " + DataName(frame) + "   Object: " + frame.objectName);
-  DrawAxes(drawing, f, sliceAxes);
+  DrawAxes(drawing, f, "Row");
   DrawMarkers(drawing, s);
   if (s.background.backgroundFitted)
     DrawBackgroundModel(drawing, s, colours::green);

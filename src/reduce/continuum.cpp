@@ -12,8 +12,6 @@
 namespace halmek {
 namespace {
 
-constexpr AxisStyle continuumAxes{.labelDecimals = 0, .spacingCharacters = 6};
-
 std::span<const double> Values(const Session& s) {
   const Slot& spectrum = s.slot[slots::spectrum];
   return spectrum.spectrum.Range(1, Pixels(spectrum));
@@ -113,7 +111,7 @@ Drawing PlotContinuum(Session& s, WindowSize window) {
   SetYRange(f, 0, NiceUpperBound(RangeOf(values).largest));
 
   Drawing drawing(window, PlotCaption("File:  ", s.crunchFile, s.crunchHeader.objectName));
-  DrawAxes(drawing, f, continuumAxes);
+  DrawAxes(drawing, f);
   DrawStepCurve(drawing, f, values);
   DrawMarkers(drawing, s);
   // Over a spectrum that was divided by it, the fit would mean nothing.

@@ -13,8 +13,6 @@ namespace {
 
 constexpr double leastShown = 100;
 
-constexpr AxisStyle rowAxes{};
-
 void SetColumns(PlotFrame& frame, int first, int last) {
   frame.firstColumn = first;
   frame.lastColumn = last;
@@ -116,7 +114,7 @@ Drawing RepaintRowPlot(const Session& s, WindowSize window) {
   const PlotFrame& f = plot.rowFrame;
   const Slot& frame = s.slot[slots::frame];
   Drawing drawing(window, "Plot Row   File: " + DataName(frame) + "   Object: " + frame.objectName);
-  DrawAxes(drawing, f, rowAxes);
+  DrawAxes(drawing, f);
   DrawStepCurve(drawing, f, s.image.Row(plot.plotRow, f.firstColumn, f.lastColumn));
   DrawSelections(drawing, plot);
   return drawing;

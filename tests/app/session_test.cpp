@@ -35,6 +35,20 @@ TEST(FrameTable, HoldsFiveHundredRowsOfThreeThousandColumns) {
   EXPECT_EQ(RefusalOf([&] { image.Row(1, 1, 3001); }), outOfRange);
 }
 
+TEST(FileNames, OfTextsTellTheSpectraOfBothPartsApart) {
+  const auto session = SessionIn("/data");
+  session->baseName = "star1";
+  for (const int slot : {slots::spectrum, slots::arc1, slots::object})
+    session->slot[slot].fileName = "star1_1D.fts";
+  EXPECT_EQ(SpectrumTextName(*session, slots::spectrum), "star1_1D.txt");
+  EXPECT_EQ(SpectrumTextName(*session, slots::arc1), "star1_1D.txt");
+  EXPECT_EQ(SpectrumTextName(*session, slots::arc2), "") << "holds none";
+  for (const char* name : {"star1_1D.fts", "star1_1Dcal.fts"}) {
+    session->slot[slots::object].fileName = name;
+    EXPECT_EQ(SpectrumTextName(*session, slots::object), "star1_1Dcal.txt");
+  }
+}
+
 TEST(FileNames, AreJoinedAndCut) {
   EXPECT_EQ(FullName(*SessionIn("/data/night 1"), "a.fts"), "/data/night 1/a.fts");
   EXPECT_EQ(FullName(*SessionIn("/data"), "/other/a.fts"), "/other/a.fts");

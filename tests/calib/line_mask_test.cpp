@@ -12,9 +12,6 @@
 namespace halmek::test {
 namespace {
 
-constexpr const char* tableMessage =
-    "Wavelength file 'WL_table.txt' not found - load from menu bar or enter tabular values manually.";
-
 struct MaskTest : testing::Test {
   TemporaryFolder folder;
   std::unique_ptr<Session> session = SessionIn(folder.path());
@@ -33,28 +30,48 @@ std::string TableOf(int entries) {
   return text;
 }
 
-TEST_F(MaskTest, TablesThatCannotBeReadLeaveTheTableAndTheOneMessage) {
-  // What is in the file, and how many entries come of it; 0 where it is refused.
-  const std::tuple<const char*, std::string, int> cases[] = {
-      {"1000 entries", TableOf(1000), 1000},
-      {"1001 entries", TableOf(1001), 0},
-      {"header only", "header\r\n", 0},
-      {"empty", "", 0},
-      {"words", "header\r\nsix thousand,Ne\r\n", 0},
-      {"a number alone", "header\r\n6000\r\n", 0},
-      {"a decimal comma", "header\r\n6000,12;Ne\r\n6001,5;Ar,x\r\n", 0},
-      {"beyond a double", "header\r\n1e999,Ne\r\n", 0},
-      {"unix line ends, no last one", "header\n 6000.5 , Ne I\n6001,\"Ar, II\"", 2},
-      {"an empty label, blank lines", "header\r\n6000,\r\n\r\n6001,x\r\n\r\n", 2}};
-  for (const auto& [what, text, count] : cases) {
+TEST_F(MaskTest, TablesThatCannotBeReadLeaveTheTableAndSayWhy) {
+  const auto isNoEntry = [](int line) {
+    return "was not loaded: line " + std::to_string(line) + " is not a number followed by a label.";
+  };
+  const std::string none = "was not loaded: there are no entries.";
+  // What is in the file, and how many entries come of it, or why it is refused.
+  const std::tuple<const char*, std::string, int, std::string> cases[] = {
+      {"1000 entries", TableOf(1000), 1000, ""},
+      {"1001 entries", TableOf(1001), 0, "was not loaded: there are more than 1000 entries."},
+      {"header only", "header\r\n", 0, none},
+      {"empty", "", 0, none},
+      {"words", "header\r\nsix thousand,Ne\r\n", 0, isNoEntry(2)},
+      {"a number alone", "header\r\n6000,\r\n6000\r\n", 0, isNoEntry(3)},
+      {"a decimal comma", "header\r\n6000,12;Ne\r\n6001,5;Ar,x\r\n", 0, isNoEntry(3)},
+      {"beyond a double", "header\r\n1e999,Ne\r\n", 0, isNoEntry(2)},
+      {"unix line ends, no last one", "header\n 6000.5 , Ne I\n6001,\"Ar, II\"", 2, ""},
+      {"an empty label, blank lines", "header\r\n6000,\r\n\r\n6001,x\r\n\r\n", 2, ""}};
+  for (const auto& [what, text, count, refusal] : cases) {
     WriteFile(folder.File("t.txt"), text);
     session->wavelengthTable.wlCount = 7;
-    EXPECT_EQ(RefusalOf([&] { LoadWavelengthTable(*session, "t.txt"); }), count > 0 ? "" : tableMessage)
+    EXPECT_EQ(RefusalOf([&] { LoadWavelengthTable(*session, "t.txt"); }),
+              count > 0 ? "" : "Wavelength file 't.txt' " + refusal)
         << what;
     EXPECT_EQ(session->wavelengthTable.wlCount, count > 0 ? count : 7) << what;
   }
   EXPECT_EQ(session->wavelengthTable.WLValue(1), 6000);
-  EXPECT_EQ(RefusalOf([&] { LoadWavelengthTable(*session, "nowhere.txt"); }), tableMessage);
+  for (const std::string name : {"Nowhere.txt", "no_folder/Nowhere.txt"})
+    EXPECT_EQ(
+        RefusalOf([&] { LoadWavelengthTable(*session, name); }),
+        "Wavelength file 'Nowhere.txt' not found - load from menu bar or enter tabular values manually.");
+}
+
+TEST_F(MaskTest, AMaskForATableAndATableForAMaskAreRefusedInWords) {
+  WriteFile(folder.File("mask.dat"), "Mask data\r\n 200.5  5852.488 \r\n 500  6000 \r\n");
+  EXPECT_EQ(RefusalOf([&] { LoadWavelengthTable(*session, "mask.dat"); }),
+            "This is a mask of lines, not a wavelength table.  Please load it as a mask.");
+  EXPECT_EQ(LoadMaskText("Neon\r\n5852.488,Ne I\r\n"),
+            "This is a wavelength table, not a mask of lines.  Please load it as a wavelength table.");
+  for (const char* other : {"Neon\r\n", "Columns\r\n 200.5  5852.488 \r\n"})
+    EXPECT_EQ(LoadMaskText(other), "This is not a mask file for this program.  Please try again.") << other;
+  WriteFile(folder.File("table.txt"), "Masked lines\r\n5852.488,Ne I\r\n");
+  EXPECT_EQ(RefusalOf([&] { LoadWavelengthTable(*session, "table.txt"); }), "");
 }
 
 TEST_F(MaskTest, SavedMasksHaveBlanksAroundEachNumberAndReadBackTheSameLines) {

@@ -7,6 +7,7 @@
 #include <tuple>
 
 #include "calib/arc_plot.h"
+#include "calib/deviations.h"
 #include "calib/line_list.h"
 #include "calib/peaks.h"
 #include "calib/wavelength_table.h"
@@ -233,9 +234,12 @@ TEST_F(LineListTest, The51stLineIsRefusedAndTheListStays) {
 TEST_F(LineListTest, OpeningThePlotRefreshesTheFitAndTheStatusTexts) {
   IdentifyLines(*session, 1, 1000, {200, 500, 800}, [](double c) { return 5000 + c + (c > 400 && c < 600); });
   const double rms = arc.linRms;
+  ComputeDeviations(*session, 1);
+  arc.fitPower = 2;
+  FitDeviations(*session, 1);
   arc.linRms = arc.linSlope = 0;
-  arc.fitDone = true;
   session->workflow.arc[1].maskStatus = "DONE!";
+  session->workflow.arc[1].deviationStatus = "";
   OpenArcPlot(*session, 1);
   EXPECT_NEAR(arc.linRms, rms, 1e-12);
   EXPECT_GT(rms, 0.1);

@@ -69,7 +69,7 @@ NOT_8 = "Sorry, this program does not support 8-bit integer data.  Convert to 16
 NOT_1D = "Hey, this is not a 1-D file!  Please try again."
 NO_TYPE = "Sorry, this program does not support this pixel type.  Convert to 32-bit real."
 NOT_DAO = "Sorry, this program does not support DAO frames other than 16-bit.  Load it as a FITS file."
-NO_TABLE = "Wavelength file 'WL_table.txt' not found - load from menu bar or enter tabular values manually."
+NO_ENTRY = "Wavelength file 'input' was not loaded: line 2 is not a number followed by a label."
 NO_MASK = "This is not a mask file for this program.  Please try again."
 SUBSCRIPT = error(9, "Subscript out of range.")
 OVERFLOW = error(6, "Error: Overflow.")
@@ -148,14 +148,14 @@ SEEDS = [
     ("spectrum", "cards200", header(*filled(200)).replace(b"NAXIS2", b"COMMEN") + bytes(8), OK),
     ("spectrum", "object_of_one_character", spectrum(16, "OBJECT  = '"), NO_QUOTES),
     ("table", "three", "header\r\n5852.488,Ne I\r\n 6402.248 ,\"Ne, I\"\r\n6965.431,\r\n", OK),
-    ("table", "empty", "", NO_TABLE),
+    ("table", "empty", "", "Wavelength file 'input' was not loaded: there are no entries."),
     ("table", "entries1000", "h\n" + "5000.5,a\n" * 1000, OK),
-    ("table", "entries1001", "h\n" + "5000.5,a\n" * 1001, NO_TABLE),
+    ("table", "entries1001", "h\n" + "5000.5,a\n" * 1001, "Wavelength file 'input' was not loaded: there are more than 1000 entries."),
     ("table", "latin_name", "h\n5000,\xc5ng \xff\xe9\n", OK),
     ("table", "no_last_line_end", "h\n5000,Ne", OK),
     ("table", "old_line_ends", "h\r5000,Ne\r5001,Ar\r", OK),
-    ("table", "no_label", "h\n5000\n", NO_TABLE),
-    ("table", "three_fields", "h\n5000,Ne,I\n", NO_TABLE),
+    ("table", "no_label", "h\n5000\n", NO_ENTRY),
+    ("table", "three_fields", "h\n5000,Ne,I\n", NO_ENTRY),
     ("table", "open_quote", "h\n5000,\"Ne, I\n", OK),
     ("mask", "one", mask(" 8.25  5000.5 "), OK),
     ("mask", "quoted_title", "\"Mask, of ours\"\n8 5000\n", OK),

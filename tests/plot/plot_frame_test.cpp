@@ -23,9 +23,9 @@ PlotFrame FrameOf(double xLow, double xHigh, double yLow, double yHigh) {
   return frame;
 }
 
-std::vector<DrawingItem> AxesOf(const PlotFrame& frame, const AxisStyle& style) {
+std::vector<DrawingItem> AxesOf(const PlotFrame& frame, std::string_view xTitle = "Column") {
   Drawing drawing({14000, 6000}, "");
-  DrawAxes(drawing, frame, style);
+  DrawAxes(drawing, frame, xTitle);
   return drawing.items;
 }
 
@@ -76,7 +76,7 @@ TEST(Ticks, AreTheMultiplesOfTheStepWithinTheLimits) {
 }
 
 TEST(Axes, DrawGridTicksAndNumbersInOrder) {
-  const auto items = AxesOf(FrameOf(0, 2, -0.25, 1.75), {.xTitle = "Row", .upperLabelWidth = 7});
+  const auto items = AxesOf(FrameOf(0, 2, -0.25, 1.75), "Row");
   std::string kinds;
   for (const DrawingItem& item : items) {
     const auto* line = std::get_if<Line>(&item);
@@ -99,8 +99,8 @@ TEST(Axes, DrawGridTicksAndNumbersInOrder) {
                 300,   13585,    3950,     13585, 3950,     800,  3950,     800, 3950,     800,   300}));
 
   const std::tuple<float, float, std::string, std::string_view> labels[] = {
-      {600, 4000, "0", "Label1"},        {13385, 4000, "2", "Label2"},      {12600, 4200, "Row", "Label6"},
-      {0, 656.25f, "    1.5", "Label3"}, {0, 3393.75f, "   0.0", "Label4"}, {0, 2490, "0.5", "Label8"}};
+      {600, 4000, "0", "Label1"},       {13385, 4000, "2", "Label2"},      {12600, 4200, "Row", "Label6"},
+      {0, 656.25f, "   1.5", "Label3"}, {0, 3393.75f, "   0.0", "Label4"}, {0, 2490, "0.5", "Label8"}};
   const std::vector<Text> texts = TextsOf(items);
   for (size_t i = 0; i < std::size(labels); ++i) {
     const auto& [topLeft, text, control] = texts.at(i);
@@ -108,11 +108,23 @@ TEST(Axes, DrawGridTicksAndNumbersInOrder) {
   }
 }
 
-TEST(Axes, CutLongNumbersAndAreABorderAndATitleWhereNothingSpans) {
-  const auto texts = TextsOf(AxesOf(FrameOf(0.001230, 0.001232, 0, 0.0021), {}));
-  EXPECT_EQ(texts.at(0).text + texts.at(5).text, "0.00120.000");
+TEST(Axes, NumberTheValuesWithTheDecimalsOfTheirSpacing) {
+  // The limits of the values; the highest tick, the lowest one and the spacing.
+  const std::tuple<double, double, std::vector<std::string>> cases[] = {
+      {-0.06, 0.21, {"  0.20", " -0.05", "0.05"}},       {-0.31, 0.31, {"   0.3", "  -0.3", "0.1"}},
+      {-0.0004, 0.0021, {"0.0020", "0.0000", "0.0005"}}, {-2e-4, 2e-4, {"0.00020", "-0.0002", "5E-05"}},
+      {-200, 12000, {" 12000", "     0", "2000"}},       {65000, 65003, {"65003.0", "65000.0", "0.5"}},
+      {-2e6, 9e6, {"8000000", "-2000000", "2000000"}},   {0, 4e9, {" 4E+09", "     0", "5E+08"}}};
+  for (const auto& [low, high, numbers] : cases) {
+    const auto texts = TextsOf(AxesOf(FrameOf(0, 100, low, high)));
+    EXPECT_EQ((std::vector{texts.at(3).text, texts.at(4).text, texts.at(5).text}), numbers) << low;
+  }
+}
+
+TEST(Axes, CutLongColumnsAndAreABorderAndATitleWhereNothingSpans) {
+  EXPECT_EQ(TextsOf(AxesOf(FrameOf(0.001230, 0.001232, 0, 1))).at(0).text, "0.0012");
   const PlotFrame frame = FrameOf(3, 3, 7, 7);
-  const auto items = AxesOf(frame, {});
+  const auto items = AxesOf(frame);
   EXPECT_EQ(items.size(), 5u);
   EXPECT_EQ(TextsOf(items).at(0).text, "Column");
   EXPECT_EQ(ScreenX(frame, 3) + ScreenY(frame, 7), 800 + 3950);

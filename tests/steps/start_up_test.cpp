@@ -15,7 +15,7 @@ TEST(StartUp, InAnEmptyFolderSaysSoOnceAndWritesTheDefaultsAtTheEnd) {
   EXPECT_EQ(
       StartUp(first, folder.path()),
       (std::vector<std::string>{"Default values are being loaded.",
-                                "Wavelength file 'WL_table.txt' not found - load from menu bar or enter "
+                                "Wavelength file 'WL_Table.txt' not found - load from menu bar or enter "
                                 "tabular values manually."}));
   EXPECT_EQ(first.arcCount, 2);
   EXPECT_FALSE(first.workflow.fixTraceEnabled);

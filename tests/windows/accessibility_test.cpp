@@ -5,10 +5,12 @@
 #include <QAccessible>
 #include <QMenuBar>
 #include <QRadioButton>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QScrollArea>
 #include <set>
 
+#include "app/help_pages.h"
 #include "steps/recipe.h"
 #include "windows/part2_test.h"
 
@@ -251,6 +253,23 @@ TEST_F(AccessibilityTest, LargerTextIsNotCutOffNorAreWindowsOutOfSight) {
       }
     }
   }
+}
+
+TEST_F(AccessibilityTest, HelpNamesOnlyButtonsThatExist) {
+  OpenAll();
+  QStringList captions = {"Print"};  // of the desktop's own dialog
+  for (const QWidget* window : QApplication::topLevelWidgets())
+    for (const auto* button : window->findChildren<QAbstractButton*>())
+      captions += button->text();
+  for (const HelpTopic topic :
+       {HelpTopic::introduction, HelpTopic::fileMenu, HelpTopic::part1, HelpTopic::part2, HelpTopic::arc1})
+    for (const std::string& text : PageAbout(topic).paragraphs) {
+      auto quoted = QRegularExpression("'(?:\\[Zoom\\] )?([^']+)'").globalMatch(QString::fromStdString(text));
+      while (quoted.hasNext()) {
+        const QString caption = quoted.next().captured(1);
+        EXPECT_TRUE(captions.contains(caption)) << caption.toStdString();
+      }
+    }
 }
 
 }  // namespace

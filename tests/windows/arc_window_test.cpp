@@ -1,6 +1,7 @@
 // The arcs' windows, by their clicks and marks.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <tuple>
 
 #include "calib/arc_plot.h"
@@ -14,6 +15,14 @@ class ArcWindowTest : public Part2Test {
  protected:
   Arc& arc = session->arc[1];
   PlotFrame& f = arc.plotFrame;
+
+  // The pointer, without a button, at a position in twips.
+  static void MoveTo(double x, double y) {
+    PlotSurface& surface = SurfaceOf(ArcPlot(1));
+    const QPointF at(PixelsOf(x), PixelsOf(y));
+    QMouseEvent move(QEvent::MouseMove, at, surface.mapToGlobal(at), Qt::NoButton, Qt::NoButton, {});
+    QApplication::sendEvent(&surface, &move);
+  }
 };
 
 TEST_F(ArcWindowTest, AClickInsideThePlotFindsTheLineNearItByAnyButton) {
@@ -51,6 +60,55 @@ TEST_F(ArcWindowTest, TheWavelengthPointedAtIsShownFromTheSecondLineOn) {
   EXPECT_NEAR(shown(), 5500, 1);
   Delete(1, 500);
   EXPECT_EQ(shown(), 0) << "it goes with the second line";
+}
+
+TEST_F(ArcWindowTest, WhatBelongsToAnotherFileMaskOrLinesIsCleared) {
+  const std::function<void()> events[] = {[&] {
+                                            LoadValues("arc1", ArcOf(1000, {150, 450, 750}));
+                                          },
+                                          [&] { LoadMask("200 5200\r\n500 5500\r\n"); },
+                                          [&] { Press(ArcPlot(1), "Command2"); },
+                                          [&] {
+                                            desk.Do(main.get(), steps::DeleteLine{"arc1", 500});
+                                          }};
+  for (const auto& happen : events) {
+    OpenArc(1, {200, 500, 800});
+    LoadMask("200 5200\r\n500 5500\r\n800 5801\r\n");
+    Press(ArcPlot(1), "Command6");
+    Fit(1, 2);
+    const auto shown = [&](std::initializer_list<const char*> names) {
+      std::string texts;
+      for (const char* name : names)
+        texts += LabelText(ArcPlot(1), name) + "|";
+      return texts + LabelText(main.get(), "Label31");
+    };
+    EXPECT_EQ(shown({"Label15", "Label16"}), "DONE!|DONE!|DONE!");
+    MoveTo(ScreenX(f, 600), f.plotTop + 900);
+    EXPECT_NE(shown({"Label7", "Label10", "Label11"}).find("   600|"), std::string::npos);
+    MoveTo(10, 10);  // out of the plot
+    happen();
+    const std::string fit = arc.LineCount == 3 ? "DONE!" : "";
+    EXPECT_EQ(shown({"Label15", "Label7", "Label10", "Label11", "Label16"}), "||||" + fit + "|" + fit);
+    PlotArc(1);
+    EXPECT_EQ(shown({"Label15", "Label16"}), "|" + fit + "|" + fit) << "nor does it come back";
+  }
+}
+
+TEST_F(ArcWindowTest, StaysInFrontAfterAMaskWasRefused) {
+  OpenArc(1, {200, 500});
+  WriteFile(folder.File("x.dat"), "no mask");
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {"Command5", "frmLoad_Mask", "This is not a mask file for this program.  Please try again."},
+      {"Command4", "frmSave_Mask", "There are no centroided peaks and tabular wavelengths to save."}};
+  for (const auto& [button, chooser, refusal] : cases) {
+    Press(ArcPlot(1), button);
+    Type(Window(chooser), "Text1", "x.dat");
+    Press(Window(chooser), "Command1");
+    platform.TakeAsked();
+    EXPECT_EQ(platform.TakeMessages(), Texts{refusal});
+    EXPECT_EQ(platform.over, ArcPlot(1));
+    EXPECT_TRUE(QTest::qWaitFor([] { return QApplication::activeWindow() == ArcPlot(1); })) << refusal;
+  }
 }
 
 TEST_F(ArcWindowTest, AMarkTellsItsLineToThePointerOverIt) {

@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QTimer>
 #include <filesystem>
 #include <tuple>
 
@@ -134,6 +136,19 @@ TEST_F(DeskTest, RunRecipeNamesTheLineThatIsRefused) {
   platform.fileToOpen.reset();
   Trigger(main.get(), "mRunRecipe");
   EXPECT_EQ(platform.TakeMessages(), Texts{}) << "cancelled";
+}
+
+TEST(MessageBoxes, ShowPlainTextOnLinesOfItsOwnAndWhichFileItIsAbout) {
+  QString shown;
+  QTimer::singleShot(0, [&] {
+    auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    EXPECT_EQ(box->textFormat(), Qt::PlainText);
+    shown = box->text() + "|" + box->informativeText();
+    box->accept();
+  });
+  QtPlatform().Show(nullptr, {"One warning.\nAnother one.", NamingFile("It is gone.", "<b>a</b>.fts")});
+  EXPECT_EQ(shown.toStdString(), "One warning.\nAnother one.|It is gone; the file is \"<b>a</b>.fts\".");
+  EXPECT_EQ(NamingFile("", "a.fts"), "the file is \"a.fts\"");
 }
 
 }  // namespace

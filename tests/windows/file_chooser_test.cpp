@@ -243,7 +243,7 @@ TEST_F(FileChooserTest, ExportsTheSlotOfItsButton) {
   const std::tuple<int, const char*, const char*> cases[] = {{3, "Option1", "star_1D.txt"},
                                                              {1, "Option2", "1.txt"},
                                                              {2, "Option3", "2.txt"},
-                                                             {4, "Option4", "4.txt"}};
+                                                             {4, "Option4", "4cal.txt"}};
   for (const auto& [slot, button, name] : cases) {
     session->slot[slot].fileName = std::to_string(slot) + ".fts";
     session->currentSlot = slot;

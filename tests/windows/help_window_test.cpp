@@ -6,6 +6,7 @@
 #include <QScrollArea>
 #include <tuple>
 
+#include "app/version.h"
 #include "windows/part2_test.h"
 
 namespace halmek::test {
@@ -74,7 +75,8 @@ TEST_F(HelpTest, HelpAndAboutKeepTheirPlace) {
     Trigger(main.get(), item);
     EXPECT_EQ(Window(name)->pos(), QPoint(120, 90));
   }
-  EXPECT_EQ(LabelText(Window("frmAbout"), "Label9"), "This is version 2.2c of 2012-04-29");
+  EXPECT_EQ(LabelText(Window("frmAbout"), "Label9"),
+            "This is version " + std::string(programVersion) + " of " + releaseDate);
 }
 
 }  // namespace

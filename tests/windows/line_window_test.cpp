@@ -54,7 +54,7 @@ TEST_F(LineWindowTest, AClickFillsThePanelAndUpdateFitRefillsIt) {
       {500,
        " 500|  500.00000|    0.00000|Fe |   -2.50000| 5501.00000|    1.732| 3|This line is identified as "
        "5503.00000.",
-       "5503.50000", "   -2.50000| 5501.00000|    1.732| 3|This line is identified as 5503.00000."}};
+       "5503.50000", " -299.00000| 5501.00000|    1.732| 3|This line is identified as 5503.00000."}};
   for (const auto& [column, panel, proposed, updated] : clicks) {
     ClickColumn(1, column);
     EXPECT_EQ(Labels({"Label3", "Label5", "Label16", "Label17", "Label12", "Label8", "Label14", "Label19",
@@ -68,6 +68,26 @@ TEST_F(LineWindowTest, AClickFillsThePanelAndUpdateFitRefillsIt) {
     EXPECT_TRUE(IsLineOpen());
     EXPECT_EQ(Wavelength(), "5800");
     EXPECT_EQ(Labels({"Label12", "Label8", "Label14", "Label19", "labelState"}), updated);
+  }
+}
+
+TEST_F(LineWindowTest, NameAndDeviationFollowWhatIsTyped) {
+  LoadTable("5808,He\r\n5804,Ar\r\n");
+  ClickColumn(1, 200);
+  Type(Line(), "Text1", "5808");
+  EXPECT_EQ(Labels({"Label17", "Label12"}), "He|") << "there is no estimate to deviate from";
+  Identify(1, 200, 5200);
+  Identify(1, 500, 5500);
+  ClickColumn(1, 800);
+  const std::pair<const char*, const char*> cases[] = {{"5804", "Ar|   -4.00000"},
+                                                       {"5808.0", "He|   -8.00000"},
+                                                       {"5808.5", "|   -8.50000"},
+                                                       {"58", "|"},
+                                                       {"He", "|"},
+                                                       {"", "|"}};
+  for (const auto& [text, labels] : cases) {
+    Type(Line(), "Text1", text);
+    EXPECT_EQ(Labels({"Label17", "Label12"}), labels) << text;
   }
 }
 

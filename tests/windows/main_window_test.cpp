@@ -12,7 +12,7 @@ namespace halmek::test {
 namespace {
 
 constexpr const char* noTable =
-    "Wavelength file 'WL_table.txt' not found - load from menu bar or enter tabular values manually.";
+    "Wavelength file 'WL_Table.txt' not found - load from menu bar or enter tabular values manually.";
 
 using MainWindowTest = Part1Test;
 

@@ -35,6 +35,7 @@ class FakePlatform : public Platform {
  public:
   Texts messages;                                     // the texts of the boxes, in order
   std::string detail;                                 // of the last box
+  QWidget* over = nullptr;                            // where the last box was shown
   Texts asked;                                        // the questions, in order
   Question lastAsked;                                 //
   size_t answer = 0;                                  // to all of them
@@ -45,7 +46,8 @@ class FakePlatform : public Platform {
   int busyCount = 0;  // how often the busy pointer was shown
   bool isBusy = false;
 
-  void Show(QWidget*, const Message& message) override {
+  void Show(QWidget* window, const Message& message) override {
+    over = window;
     messages.push_back(message.text);
     detail = message.detail;
   }
