@@ -4,15 +4,18 @@
 # ImageMagick.
 #
 # A script begins with Begin. Positions are in pixels of a window's client area; a negative one counts from its right
-# or lower edge.
+# or lower edge. Scripts may run side by side: each has a screen, a window manager and a home of its own, and its
+# pictures are named for it.
 
-readonly longestWait=20   # seconds until an effect is given up
-readonly tick=0.05        # seconds between two looks
+readonly longestWait=60   # seconds until an effect is given up, on a machine that may have much else to do
+readonly tick=0.03        # seconds between two looks
 readonly plotY=150        # a height inside the plot area of every plot window
 readonly mainTitle='^Halmek(\.  File.*)?$'
 
+drive=$(basename "$0")
 server='' manager='' program=''
 picture=0
+exec {never}<> <(:)  # from which nothing is to be read
 
 # Begin PROGRAMS_FOLDER OUTPUT_FOLDER, the arguments of the script: sets `programs`, `pictures`, the folder of the
 # screenshots, and `scratch`, a folder that goes with the script, whose file `output` is what the program writes.
@@ -23,32 +26,31 @@ Begin() {
   fi
   programs=$(cd "$1" && pwd) || exit 2
   mkdir -p "$2" && pictures=$(cd "$2" && pwd) || exit 2
-  rm -f "$pictures"/[0-9]*-*.png "$pictures/failed.png"
+  rm -f "$pictures/$drive"-*.png
   scratch=$(mktemp -d)
   trap 'StopServer; rm -rf "$scratch"' EXIT
   trap 'exit 1' INT TERM HUP
 }
 
-# Milliseconds since some moment.
-Now() { local t=$EPOCHREALTIME; echo $((${t/./} / 1000)); }
+Pause() { read -rt $tick -u $never || true; }
 
 Say() { echo "  $*"; }
 
 # Ends the drive: what was expected, what was seen, and how the screen looks.
 Fail() {
   echo "FAILED: $*" >&2
-  local frame
+  local frame id
   for ((frame = 1; frame < ${#FUNCNAME[@]}; ++frame)); do
     echo "  in ${FUNCNAME[$frame]}, line ${BASH_LINENO[$((frame - 1))]}" >&2
   done
   if [ -n "$server" ] && kill -0 "$server" 2>/dev/null; then
-    echo "  the windows: $(Titles)" >&2
-    if [ -n "$program" ] && ! kill -0 "$program" 2>/dev/null; then
+    for id in $(Windows .); do echo "  a window: $(xdotool getwindowname "$id")" >&2; done
+    if [ -n "$program" ] && HasEnded; then
       wait "$program"
       echo "  the program has ended with status $?" >&2
     fi
     [ ! -s "$scratch/output" ] || sed 's/^/  it wrote: /' "$scratch/output" >&2
-    import -silent -window root "$pictures/failed.png" && echo "  the screen: $pictures/failed.png" >&2
+    import -silent -window root "$pictures/$drive-failed.png" && echo "  the screen: $pictures/$drive-failed.png" >&2
   fi
   exit 1
 }
@@ -56,15 +58,13 @@ Fail() {
 # Expect WHAT EXPECTED SEEN
 Expect() { [ "$2" = "$3" ] || Fail "$1: expected '$2', seen '$3'"; }
 
-ExpectSameFile() { cmp -s "$1" "$2" || Fail "$1 and $2 differ: $(cmp "$1" "$2" 2>&1)"; }
-
 # Waits until a command succeeds: Await WHAT COMMAND...
 Await() {
   local what=$1 end=$((SECONDS + longestWait))
   shift
   until "$@"; do
     [ $SECONDS -lt $end ] || Fail "waited $longestWait s for $what"
-    sleep $tick
+    Pause
   done
 }
 
@@ -74,23 +74,25 @@ Not() { ! "$@"; }
 
 HasManager() { xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'; }
 
-HasNumber() { grep -qs . "$scratch/display"; }
+# Whether the server has said which display it is: it ends the line when it can be spoken to.
+HasNumber() { read -r number 2>/dev/null <"$scratch/display"; }
 
 # A screen of WIDTH x HEIGHT with a window manager, in a home of its own.
 StartServer() {
-  export HOME=$scratch/home XDG_RUNTIME_DIR=$scratch/run LC_ALL=C.UTF-8 QT_QPA_PLATFORM=xcb
-  mkdir -p "$HOME" "$XDG_RUNTIME_DIR"
-  chmod 700 "$XDG_RUNTIME_DIR"
-  unset WAYLAND_DISPLAY XDG_CONFIG_HOME XDG_DATA_HOME XDG_STATE_HOME XDG_CACHE_HOME XDG_CURRENT_DESKTOP DBUS_SESSION_BUS_ADDRESS
-  # No printer that this machine may have.
-  export CUPS_SERVER=127.0.0.1:1
-  unset QT_SCALE_FACTOR QT_SCREEN_SCALE_FACTORS QT_FONT_DPI QT_STYLE_OVERRIDE QT_QPA_PLATFORMTHEME
+  # Nothing of the desktop that this may be run on, and no printer of this machine.
+  # shellcheck disable=SC2086
+  unset WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS ${!XDG_@} ${!QT_@}
+  export HOME=$scratch/home XDG_RUNTIME_DIR=$scratch/run LC_ALL=C.UTF-8 QT_QPA_PLATFORM=xcb CUPS_SERVER=127.0.0.1:1
+  mkdir "$HOME"
+  mkdir -m 700 "$XDG_RUNTIME_DIR"
+  screen=$scratch/Xvfb_screen0 screenWidth=$1 screenHeight=$2
 
-  Xvfb -displayfd 3 -screen 0 "$1x$2x24" -nolisten tcp 3>"$scratch/display" >"$scratch/server.log" 2>&1 &
+  : >"$scratch/display"
+  Xvfb -displayfd 3 -fbdir "$scratch" -screen 0 "$1x$2x24" -nolisten tcp 3>"$scratch/display" \
+    >"$scratch/server.log" 2>&1 &
   server=$!
   Await "the X server" HasNumber
-  DISPLAY=:$(<"$scratch/display")
-  export DISPLAY
+  export DISPLAY=:$number
   openbox --sm-disable >"$scratch/manager.log" 2>&1 &
   manager=$!
   Await "the window manager" HasManager
@@ -99,11 +101,9 @@ StartServer() {
 # Ends everything that was started here, and nothing else.
 StopServer() {
   local pid
-  for pid in $program $manager $server; do
-    kill "$pid" 2>/dev/null && wait "$pid" 2>/dev/null
-  done
+  for pid in $program $manager $server; do kill "$pid" 2>/dev/null || true; done
   program='' manager='' server=''
-  return 0
+  wait
 }
 
 # ---- windows ----------------------------------------------------------------------------------------------------
@@ -111,14 +111,19 @@ StopServer() {
 # The visible windows whose title matches a regular expression; no line where there is none.
 Windows() { xdotool search --onlyvisible --name "$1" 2>/dev/null || true; }
 
-IsDialog() { xprop -id "$1" _NET_WM_WINDOW_TYPE 2>/dev/null | grep -q DIALOG; }
+# IsKind KIND WINDOW, KIND being window or message
+IsKind() {
+  case "$1 $(xprop -id "$2" _NET_WM_WINDOW_TYPE 2>/dev/null)" in
+    message*DIALOG*) return 0 ;;
+    message* | *DIALOG*) return 1 ;;
+    *) return 0 ;;
+  esac
+}
 
-# WindowOf KIND TITLE, KIND being window or message
+# WindowOf KIND TITLE
 WindowOf() {
   local id
-  for id in $(Windows "$2"); do
-    if IsDialog "$id"; then [ "$1" = window ] || echo "$id"; else [ "$1" = message ] || echo "$id"; fi
-  done
+  for id in $(Windows "$2"); do ! IsKind "$1" "$id" || echo "$id"; done
 }
 
 IsThere() { [ -n "$(WindowOf "$1" "$2")" ]; }
@@ -131,37 +136,40 @@ Find() {
 
 IsActive() { [ "$(xdotool getactivewindow 2>/dev/null)" = "$1" ]; }
 
-# Waits for a window whose title matches, and until it has the keyboard: sets `window`.
+# Whether the window with the keyboard is of that kind and title: sets `window`.
+IsInFront() {
+  local form=$'(.*)\nWindow ([0-9]+)'
+  [[ $(xdotool getactivewindow getwindowname getwindowgeometry 2>/dev/null) =~ $form ]] || return 1
+  window=${BASH_REMATCH[2]}
+  [[ ${BASH_REMATCH[1]} =~ $2 ]] && IsKind "$1" "$window"
+}
+
+# Waits for a window whose title matches, and until the program has given it the keyboard: sets `window`.
 WaitFor() {
   local kind=window
   if [ "$1" = --message ]; then kind=message; shift; fi
-  Await "the $kind '$1'" Find "$kind" "$1"
-  Await "the keyboard to be at '$1'" IsActive "$window"
+  Await "the $kind '$1' to be in front" IsInFront "$kind" "$1"
   Settle
-}
-
-WaitForNo() { Await "the window '$1' to go" Not IsThere "${2:-window}" "$1"; }
-
-Titles() {
-  local id
-  for id in $(Windows .); do printf '"%s" ' "$(xdotool getwindowname "$id")"; done
 }
 
 # Brings a window to the front: sets `window`.
 Activate() {
-  Await "the window '$1'" Find window "$1"
-  xdotool windowactivate "$window"
-  Await "'$1' to come to the front" IsActive "$window"
-  Settle
+  if ! IsInFront window "$1"; then
+    Await "the window '$1'" Find window "$1"
+    xdotool windowactivate "$window"
+  fi
+  WaitFor "$1"
 }
 
 # The client area of `window`: sets X, Y (on the screen), WIDTH, HEIGHT; and its frame: `frame` (left, right, top,
 # bottom).
 Measure() {
-  read -r X Y WIDTH HEIGHT < <(xwininfo -id "$window" 2>/dev/null |
-    awk '/Absolute/ { print $4 } /Width:|Height:/ { print $2 }' | xargs)
-  IFS=', ' read -r -a frame < <(xprop -id "$window" _NET_FRAME_EXTENTS 2>/dev/null | sed -n 's/.*= //p')
-  [ ${#frame[@]} -eq 4 ] || Fail "the window is gone"
+  local seen number='([0-9]+)'
+  seen=$(xwininfo -id "$window" 2>/dev/null && xprop -id "$window" _NET_FRAME_EXTENTS)
+  [[ $seen =~ left\ X:\ +(-?$number).*left\ Y:\ +(-?$number).*Relative.*Width:\ $number.*Height:\ $number.*=\ (.*) ]] ||
+    Fail "the window is gone"
+  X=${BASH_REMATCH[1]} Y=${BASH_REMATCH[3]} WIDTH=${BASH_REMATCH[5]} HEIGHT=${BASH_REMATCH[6]}
+  IFS=', ' read -r -a frame <<<"${BASH_REMATCH[7]}"
 }
 
 HasSize() { Measure; [ "$WIDTH" = "$1" ] && [ "$HEIGHT" = "$2" ]; }
@@ -172,146 +180,129 @@ OuterPlace() {
   echo "$((X - frame[0])) $((Y - frame[2])) $((WIDTH + frame[0] + frame[1])) $((HEIGHT + frame[2] + frame[3]))"
 }
 
-HasPlace() { [ "$(OuterPlace)" = "$1" ]; }
+ExpectPlace() { Expect "$1" "$2" "$(OuterPlace)"; }
+
+# Resize WIDTH HEIGHT: asks for a size of the client area and waits for it.
+Resize() {
+  xdotool windowsize "$window" "$1" "$2"
+  Await "$1 x $2 of the window" HasSize "$1" "$2"
+  Settle
+}
 
 # ---- quiet ------------------------------------------------------------------------------------------------------
 
-# What the program has done so far: its time on the processor, and its state.
-Activity() { awk '{ sub(/.*\) /, ""); print $1, $12 + $13 }' "/proc/$program/stat" 2>/dev/null || true; }
-
-# Waits until the program has answered what was sent to it: it sleeps, and the screen stays as it is.
-Settle() {
-  local before='' now end=$((SECONDS + longestWait))
-  while [ $SECONDS -lt $end ]; do
-    now="$(Activity) $(Look)"
-    case $now in [ST]\ *) [ "$now" != "$before" ] || return 0 ;; esac
-    [ -n "$program" ] && kill -0 "$program" 2>/dev/null || return 0
-    before=$now
-    sleep $tick
+# What the program and the window manager are at: what the system says of their threads, which changes whenever one
+# runs; and the state of the server, which may be woken by a clock of its own. Sets `activity`.
+Look() {
+  local file
+  read -r _ _ activity _ <"/proc/$server/stat"
+  for file in /proc/{${program:-0},$manager}/task/*/status; do
+    read -rd '' status 2>/dev/null <"$file" || true  # it ends without a zero, or is gone
+    activity+=$status
   done
-  Fail "the program does not come to rest"
+}
+
+# Waits until all that was sent has been answered: everybody sleeps, and none has woken since the last look.
+Settle() {
+  local before activity='' status='' end=$((SECONDS + longestWait))
+  until before=$activity; Look; [[ $activity = "$before" && ! $activity =~ ^[RD]|State:.[RD] ]]; do
+    [ $SECONDS -lt $end ] || Fail "the program does not come to rest"
+    Pause
+  done
 }
 
 # ---- pictures ---------------------------------------------------------------------------------------------------
 
-# The signature of the screen, or of a part of it: WIDTHxHEIGHT+X+Y.
-Look() { import -silent -window root ${1:+-crop "$1"} -depth 8 rgb:- | md5sum | cut -d ' ' -f 1; }
-
-# The signature of the plot in `window`: of its plot area, which the pointer must have left.
-LookAtPlot() {
-  Measure
-  Look "$((WIDTH - 85))x$((HEIGHT - 144))+$((X + 53))+$((Y + 44))"
-}
-
-# A screenshot of `window` with its frame, and of what lies over it: Shot NAME [PIXELS], so many more below it.
+# A picture of `window` with its frame, and of what lies over it: Shot NAME [PIXELS], so many more below it.
 Shot() {
   Settle
-  local left top width height
+  local left top width height file
   read -r left top width height < <(OuterPlace)
-  height=$((height + ${2:-0}))
   picture=$((picture + 1))
-  # What hangs out of the screen cannot be seen.
-  if [ $left -lt 0 ]; then width=$((width + left)) left=0; fi
-  if [ $top -lt 0 ]; then height=$((height + top)) top=0; fi
-  import -silent -window root -crop "${width}x$height+$left+$top" +repage \
-    "$pictures/$(printf '%02d' $picture)-$1.png"
+  file=$drive-$(printf '%02d' $picture)-$1
+  # The server keeps its screen in a file. The picture is made of a copy while the drive goes on.
+  cp "$screen" "$scratch/$file.xwd"
+  {
+    convert "xwd:$scratch/$file.xwd" -crop "${width}x$((height + ${2:-0}))$(printf '%+d%+d' "$left" "$top")" +repage \
+      "$pictures/$file.png"
+    rm "$scratch/$file.xwd"
+  } &
+}
+
+# The lines of the screen that the plot in `window` takes, as the server keeps them: four bytes a pixel.
+PlotLines() {
+  Measure
+  tail -c $((4 * screenWidth * (screenHeight - Y - 44))) "$screen" | head -c $((4 * screenWidth * (HEIGHT - 144)))
+}
+
+# The plot as it looks with the pointer away: sets `plot`.
+SeePlot() {
+  MoveAway
+  plot=$(PlotLines | md5sum)
+}
+
+ExpectPlot() {
+  SeePlot
+  [ "$plot" = "$2" ] || { Shot unexpected; Fail "$1: the plot does not look as before"; }
+}
+
+ExpectOtherPlot() {
+  SeePlot
+  [ "$plot" != "$2" ] || { Shot unexpected; Fail "$1: the plot has not changed"; }
+}
+
+# ExpectColour WHAT RRGGBB: that something is of that colour, in the lines of the plot in `window`.
+ExpectColour() {
+  [ "$(PlotLines | od -An -v -t x4 -w4 | grep -c "$2\$")" -gt 0 ] || { Shot unexpected; Fail "$1: nothing is $2"; }
 }
 
 # ---- mouse and keyboard -----------------------------------------------------------------------------------------
 
-# A position of the client area on the screen: sets `atX`, `atY`.
-Locate() {
-  Measure
-  atX=$((X + $1 + ($1 < 0 ? WIDTH : 0))) atY=$((Y + $2 + ($2 < 0 ? HEIGHT : 0)))
-}
-
-# MoveTo X Y
+# MoveTo X Y [COMMAND OF XDOTOOL]
 MoveTo() {
-  Locate "$1" "$2"
-  xdotool mousemove "$atX" "$atY"
+  local x=$1 y=$2
+  if [[ "$x$y" = *-* ]]; then
+    Measure
+    x=$((x < 0 ? x + WIDTH : x)) y=$((y < 0 ? y + HEIGHT : y))
+  fi
+  xdotool mousemove --window "$window" "$x" "$y" "${@:3}"
 }
 
 # Out of every window, so that nothing is lit up.
-MoveAway() { xdotool mousemove 1599 999; Settle; }
+MoveAway() {
+  xdotool mousemove $((screenWidth - 1)) $((screenHeight - 1))
+  Settle
+}
 
 # Click X Y [BUTTON [TIMES]]
 Click() {
-  MoveTo "$1" "$2"
-  xdotool click --repeat "${4:-1}" --delay 30 "${3:-1}"
+  MoveTo "$1" "$2" click --repeat "${4:-1}" --delay 30 "${3:-1}"
   Settle
 }
-
-DoubleClick() { Click "$1" "$2" 1 2; }
 
 # Press KEY..., by the names of xdotool
-Press() { xdotool key --clearmodifiers --delay 20 "$@"; Settle; }
+Press() { xdotool key --delay 20 "$@"; Settle; }
 
 # Types a text into the control that has the keyboard, in place of what it holds.
-TypeText() {
-  xdotool key --clearmodifiers ctrl+a
-  xdotool type --clearmodifiers --delay 5 -- "$1"
-  Settle
+TypeText() { xdotool key ctrl+a type --delay 5 -- "$1"; Settle; }
+
+# Types such a text, and confirms it.
+Confirm() {
+  TypeText "$1"
+  Press Return
 }
 
-# TypeInto X Y TEXT
-TypeInto() {
-  Click "$1" "$2"
-  TypeText "$3"
-}
-
-# Chooses an entry of a menu: Menu X Y COUNT, COUNT being how often Down is pressed.
-Menu() {
-  Click "$1" "$2"
-  local i
-  for ((i = 0; i < $3; ++i)); do xdotool key Down; done
-  Settle
-}
-
-# What the clipboard holds once the program has put something there.
-Clipboard() { timeout 5 xclip -o -selection clipboard 2>/dev/null || true; }
-
-ClearClipboard() { xclip -selection clipboard -i </dev/null >/dev/null 2>&1; }
-
-HasClipboard() { [ -n "$(Clipboard)" ]; }
-
-# Waits for a message box, takes its picture and closes it with Return. `said` becomes the signature of what it
-# shows, by which messages can be told apart and known again; `window` is the one before.
+# Waits for a message box, takes its picture and closes it: Answer NAME [KEY]. The next step waits for the window that
+# the keyboard goes back to.
 Answer() {
-  local before=${window:-}
   WaitFor --message '^Halmek$'
-  Measure
-  said=$(Look "${WIDTH}x$HEIGHT+$X+$Y")
   Shot "$1"
   local box=$window
-  xdotool key Return
+  Press "${2:-Return}"
   Await "the message to go" IsGone "$box"
-  window=$before
-  Settle
 }
 
-IsGone() { ! xdotool search --onlyvisible --name . 2>/dev/null | grep -qx "$1"; }
-
-# Types a text in place of what the control with the keyboard holds, and confirms it.
-Confirm() {
-  xdotool key --clearmodifiers ctrl+a
-  xdotool type --clearmodifiers --delay 5 -- "$1"
-  xdotool key Return
-}
-
-# A window is looked for anew each time: while another one closes, none may be found.
-IsInFront() {
-  window=$(WindowOf window "$1" | tail -n 1)
-  [ -n "$window" ] && IsActive "$window"
-}
-
-# Waits until the program is at rest with a window in front that it has brought there itself: sets `window`.
-Returned() {
-  Await "'$1' to come to the front" IsInFront "$1"
-  Settle
-}
-
-ArcTitle() { echo "^Arc $1 "; }
-DeviationTitle() { echo "^Plot Wavelength Differences - Arc $1\$"; }
+IsGone() { ! xwininfo -id "$1" >/dev/null 2>&1; }
 
 # ---- controls, by name ------------------------------------------------------------------------------------------
 
@@ -322,8 +313,18 @@ DeviationTitle() { echo "^Plot Wavelength Differences - Arc $1\$"; }
 Push() { Click ${at[$1]}; }
 
 # Enter CONTROL TEXT
-# shellcheck disable=SC2086
-Enter() { TypeInto ${at[$1]} "$2"; }
+Enter() {
+  Push "$1"
+  TypeText "$2"
+}
+
+# Choose MENU COUNT: the entry of a menu that Down reaches when it is pressed COUNT times.
+Choose() {
+  local keys=() i
+  for ((i = 0; i < $2; ++i)); do keys+=(Down); done
+  Push "$1"
+  Press "${keys[@]}" Return
+}
 
 # Open CONTROL TITLE: a window, by a control of the main window.
 Open() {
@@ -332,47 +333,52 @@ Open() {
   WaitFor "$2"
 }
 
-# ---- plots ------------------------------------------------------------------------------------------------------
-
-# The plot area of `window` begins 800 twips from the left and ends 415 from the right edge of its frame.
-# AcrossPlot FRACTION: the nearest pixel of the client area.
-AcrossPlot() {
-  Measure
-  awk -v fraction="$1" -v outer=$(((WIDTH + frame[0] + frame[1]) * 15)) \
-    'BEGIN { printf "%d\n", (800 + (outer - 415 - 800 + 1) * fraction) / 15 + 0.5 }'
+# Load CONTROL TITLE FILE: by a chooser that such a control opens.
+Load() {
+  Open "$1" "$2"
+  Confirm "$3"
+  WaitFor "$mainTitle"
 }
 
-# NumberAt PIXEL COUNT: the number there on an axis of 0..COUNT, rounded.
-NumberAt() {
+# ---- plots ------------------------------------------------------------------------------------------------------
+
+# AcrossPlot FRACTION: the nearest pixel of the client area. A fraction is a term of awk. The plot area of `window`
+# begins 800 twips from the left and ends 415 from the right edge of its frame.
+AcrossPlot() {
   Measure
-  awk -v x=$(($1 * 15)) -v outer=$(((WIDTH + frame[0] + frame[1]) * 15)) -v count="$2" \
-    'BEGIN { printf "%d\n", (x - 800) / (outer - 415 - 800) * count + 0.5 }'
+  awk "BEGIN { printf \"%d\", (800 + ($(((WIDTH + frame[0] + frame[1]) * 15)) - 415 - 800 + 1) * ($1)) / 15 + 0.5 }"
 }
 
 # ClickAt FRACTION [BUTTON]
 ClickAt() { Click "$(AcrossPlot "$1")" $plotY "${2:-1}"; }
 
-Ratio() { awk "BEGIN { print $1 }"; }
+readonly lineTitle='^Click Max$'
+ArcTitle() { echo "^Arc $1 "; }
+DeviationTitle() { echo "^Plot Wavelength Differences - Arc $1\$"; }
 
-# The plot as it looks with the pointer away: sets `plot`.
-SeePlot() {
-  MoveAway
-  plot=$(LookAtPlot)
-}
-
-ExpectPlot() {
-  local what=$1 expected=$2
-  SeePlot
-  [ "$plot" = "$expected" ] || { Shot unexpected; Fail "$what: the plot does not look as before"; }
-}
-
-ExpectOtherPlot() {
-  local what=$1 before=$2
-  SeePlot
-  [ "$plot" != "$before" ] || { Shot unexpected; Fail "$what: the plot has not changed"; }
+# ClickLine COLUMN: clicks a line of the sample night's arc in front, and waits for the window in which it is
+# identified. That one must leave the line in sight.
+ClickLine() {
+  local x left right top bottom place
+  x=$(AcrossPlot "($1 - 1) / 1695")
+  Measure
+  left=$((X + x - 10)) right=$((X + x + 10)) top=$((Y + 44)) bottom=$((Y + HEIGHT - 100))
+  MoveTo "$x" $plotY click 1
+  WaitFor --message "$lineTitle"
+  read -r -a place < <(OuterPlace)
+  if [ "${place[0]}" -lt $right ] && [ $((place[0] + place[2])) -gt $left ] &&
+     [ "${place[1]}" -lt $bottom ] && [ $((place[1] + place[3])) -gt $top ]; then
+    Fail "the window at ${place[*]} covers the line of column $1, at x = $((left + 10))"
+  fi
 }
 
 # ---- start and stop ---------------------------------------------------------------------------------------------
+
+# MakeNight FOLDER: a sample night.
+MakeNight() {
+  mkdir "$1"
+  "$programs/halmek-night" "$1" >/dev/null || Fail "halmek-night makes no night"
+}
 
 # Start FOLDER [ARGUMENT...]: starts halmek in a folder.
 Start() {
@@ -403,50 +409,9 @@ Quit() {
   ExpectEnd
 }
 
-ExpectSettings() {
-  local file=$1/Halmek8.ini
-  [ -f "$file" ] || Fail "there is no $file"
-  Expect "lines of the settings" 30 "$(wc -l <"$file")"
-  Expect "lines ended by CR LF" 30 "$(grep -c $'\r$' "$file")"
+# The end of a drive.
+Finish() {
+  Quit
+  StopServer
+  echo "Driven in $SECONDS s; $picture pictures in $pictures"
 }
-
-# ---- places and sizes -------------------------------------------------------------------------------------------
-
-# Resize WIDTH HEIGHT: asks for a size of the client area and waits for it.
-Resize() {
-  xdotool windowsize "$window" "$1" "$2"
-  Await "$1 x $2 of the window" HasSize "$1" "$2"
-  Settle
-}
-
-# ExpectPlace WHAT PLACE: that of `window`, to a pixel.
-ExpectPlace() {
-  local expected seen i
-  read -r -a expected <<<"$2"
-  read -r -a seen < <(OuterPlace)
-  for i in 0 1 2 3; do
-    local off=$((expected[i] - seen[i]))
-    [ ${off#-} -le 1 ] || Fail "$1: left, top, width, height expected '$2', seen '${seen[*]}'"
-  done
-}
-
-# ---- the recipe -------------------------------------------------------------------------------------------------
-
-# SaveRecipe FILE: by the menu of the main window. The steps of a file, without comments and empty lines: StepsOf.
-SaveRecipe() {
-  Activate "$mainTitle"
-  # shellcheck disable=SC2086
-  Menu ${at[main.menuRecipe]} 2
-  Press Return
-  WaitFor --message '^Save Recipe As$'
-  Shot save-recipe
-  TypeText "$1"
-  Press Return
-  Await "$1" test -s "$1"
-  WaitForNo '^Save Recipe As$' message
-}
-
-# The header of a FITS file, one card a line: up to 200 cards, without END and what follows it.
-CardsOf() { head -c 17280 "$1" | LC_ALL=C fold -b -w 80 | tr -d '\0' | sed '/^END *$/,$d'; }
-
-StepsOf() { grep -v '^ *#\|^ *$' -- "$@"; }
