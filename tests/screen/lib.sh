@@ -20,10 +20,7 @@ exec {never}<> <(:)  # from which nothing is to be read
 # Begin PROGRAMS_FOLDER OUTPUT_FOLDER, the arguments of the script: sets `programs`, `pictures`, the folder of the
 # screenshots, and `scratch`, a folder that goes with the script, whose file `output` is what the program writes.
 Begin() {
-  if [ $# -ne 2 ]; then
-    echo "usage: $0 PROGRAMS_FOLDER OUTPUT_FOLDER" >&2
-    exit 2
-  fi
+  [ $# -eq 2 ] || { echo "usage: $0 PROGRAMS_FOLDER OUTPUT_FOLDER" >&2; exit 2; }
   programs=$(cd "$1" && pwd) || exit 2
   mkdir -p "$2" && pictures=$(cd "$2" && pwd) || exit 2
   rm -f "$pictures/$drive"-*.png
@@ -39,12 +36,11 @@ Say() { echo "  $*"; }
 # Ends the drive: what was expected, what was seen, and how the screen looks.
 Fail() {
   echo "FAILED: $*" >&2
-  local frame id
+  local frame
   for ((frame = 1; frame < ${#FUNCNAME[@]}; ++frame)); do
     echo "  in ${FUNCNAME[$frame]}, line ${BASH_LINENO[$((frame - 1))]}" >&2
   done
   if [ -n "$server" ] && kill -0 "$server" 2>/dev/null; then
-    for id in $(Windows .); do echo "  a window: $(xdotool getwindowname "$id")" >&2; done
     if [ -n "$program" ] && HasEnded; then
       wait "$program"
       echo "  the program has ended with status $?" >&2
@@ -113,11 +109,9 @@ Windows() { xdotool search --onlyvisible --name "$1" 2>/dev/null || true; }
 
 # IsKind KIND WINDOW, KIND being window or message
 IsKind() {
-  case "$1 $(xprop -id "$2" _NET_WM_WINDOW_TYPE 2>/dev/null)" in
-    message*DIALOG*) return 0 ;;
-    message* | *DIALOG*) return 1 ;;
-    *) return 0 ;;
-  esac
+  local kind=window
+  [[ $(xprop -id "$2" _NET_WM_WINDOW_TYPE 2>/dev/null) != *DIALOG* ]] || kind=message
+  [ "$1" = $kind ]
 }
 
 # WindowOf KIND TITLE
@@ -320,10 +314,9 @@ Enter() {
 
 # Choose MENU COUNT: the entry of a menu that Down reaches when it is pressed COUNT times.
 Choose() {
-  local keys=() i
-  for ((i = 0; i < $2; ++i)); do keys+=(Down); done
   Push "$1"
-  Press "${keys[@]}" Return
+  # shellcheck disable=SC2046
+  Press $(printf 'Down %.0s' $(seq "$2")) Return
 }
 
 # Open CONTROL TITLE: a window, by a control of the main window.
@@ -405,7 +398,10 @@ ExpectEnd() {
 Quit() {
   Activate "$mainTitle"
   Press ctrl+q
-  if IsThere message '^Halmek$'; then Press alt+q; fi
+  if IsThere message '^Halmek$'; then
+    WaitFor --message '^Halmek$'
+    Press Left space
+  fi
   ExpectEnd
 }
 
