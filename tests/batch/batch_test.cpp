@@ -165,7 +165,6 @@ TEST_F(BatchTest, OneFileWrittenForTwoInputsIsAFailure) {
        folder.File("star_1D.fts") + ": written for star.fts and for other/star.fts"},
       {twice, "dir . other", ""},
       {twice, "dir other . other", other + ": written for other and for other"},
-      {twice, "dir other ./other/", other + ": written for other and for ./other/"},
       {twice, "dir other link", other + ": written for other and for link"},
       {"load frame star.fts\nsave frame $dir/x.fts\n", "dir other link/../other",
        other + ": written for other and for link/../other"},

@@ -112,7 +112,6 @@ TEST_F(Plots, ARowPlotOpensOnAWholeRowOfTheFrame) {
   plot.zapSelected = true;
   OpenRowPlot(s, -3);
   EXPECT_EQ(plot.rowScroll, (ScrollBar{1, 5, 1, 1, 5}));
-  EXPECT_EQ(plot.columnScroll, (ScrollBar{500, 500, 500, 100, 999}));
   EXPECT_EQ(Shown(), Range(1, 1000));
   EXPECT_TRUE(plot.plotRow == 1 && !plot.zapSelected);
   EXPECT_EQ(RefusalOf([&] { OpenRowPlot(s, 6); }),

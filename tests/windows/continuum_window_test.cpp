@@ -52,7 +52,6 @@ TEST_F(ContinuumWindowTest, WhatCannotBeDoneIsRefused) {
   const std::tuple<const char*, const char*, const char*> cases[] = {
       {"60", "Command1",
        "Hey, for a fit of power 5 you need 6 points (and preferably more).  Please try again."},
-      {"-7", "Command1", "Hey, the sample interval must be 1 or more.  Please try again."},
       {"99999", "Command1", "Error: 6  Error: Overflow."},
       {"10", "Command2", "Sorry!  This is not implemented yet."}};
   for (const auto& [interval, button, message] : cases) {
@@ -77,12 +76,10 @@ TEST_F(ContinuumWindowTest, NormalizeRevertAndReset) {
   Press(window, "Command4");
   const std::vector<double> once = Spectrum();
   EXPECT_NE(once, crunched);
-  EXPECT_EQ(Marks(window), "R");
   Press(window, "Command4", "Command5", "Command5", "Command4");
   EXPECT_EQ(Spectrum(), once) << "the second is undone; nothing more to undo, and no fit";
   Press(window, "Command1", "Command3");
   EXPECT_EQ(Marks(window), "R");
-  EXPECT_FALSE(continuum.continuumFitDone);
 }
 
 TEST_F(ContinuumWindowTest, OkLetsTheSpectrumBeSavedAndKeepsTheFit) {

@@ -153,10 +153,6 @@ class Part1Test : public WindowTest {
     return marks;
   }
 
-  static ScrollBar StateOfBar(QWidget* window, const char* name) {
-    const auto* const bar = Find<QScrollBar>(window, name);
-    return {bar->minimum(), bar->maximum(), bar->value(), bar->singleStep(), bar->pageStep()};
-  }
   static void Wheel(QWidget* window, int notches, Qt::KeyboardModifiers modifiers = {}) {
     SendWheel(&SurfaceOf(window), notches, modifiers);
   }
