@@ -240,6 +240,7 @@ TEST_F(Extraction, NormalisingTwiceDividesTwiceAndRevertUndoesTheLast) {
   EXPECT_TRUE(s.workflow.saveSpectrumEnabled && s.workflow.continuumStatus == doneText);
   EXPECT_TRUE(RevertContinuum(s));
   EXPECT_EQ(Spectrum(10), once);
+  EXPECT_EQ(s.continuum.continuumPointCount + s.continuum.continuumFitDone, 0);
 }
 
 TEST_F(Extraction, APixelWhereTheFitIsZeroStaysAndIsWarnedOf) {
