@@ -262,12 +262,10 @@ TEST(AtomicWrite, RefusesWhatIsNoPlaceForAFile) {
 TEST(AtomicWrite, KeepsModeOwnerAndGroupOfAnExistingFile) {
   const TemporaryFolder folder;
   const std::string file = folder.File("file");
-  for (const auto mode : {fs::perms(0600), fs::perms(0777)}) {
-    WriteFile(file, "old");
-    fs::permissions(file, mode);
-    AtomicWrite(file, "new");
-    EXPECT_EQ(fs::status(file).permissions(), mode);
-  }
+  WriteFile(file, "old");
+  fs::permissions(file, fs::perms(0777));
+  AtomicWrite(file, "new");
+  EXPECT_EQ(fs::status(file).permissions(), fs::perms(0777));
   if (geteuid() == 0) {
     constexpr id_t nobody = 65534;
     ASSERT_EQ(chown(file.c_str(), nobody, nobody), 0);
@@ -291,17 +289,12 @@ TEST(AtomicWrite, KeepsModeOwnerAndGroupOfAnExistingFile) {
 TEST(AtomicWrite, WritesToWhereALinkPoints) {
   const TemporaryFolder folder;
   fs::create_directory(folder.File("data"));
-  WriteFile(folder.File("data/old"), "old");
-  fs::create_symlink("data/old", folder.File("link"));
+  fs::create_symlink("data/created", folder.File("link"));
   fs::create_symlink("link", folder.File("second"));
-  fs::create_symlink("data/created", folder.File("dangling"));
-  for (const auto& [link, target] : {std::pair{"second", "data/old"}, {"dangling", "data/created"}}) {
-    AtomicWrite(folder.File(link), "new");
-    EXPECT_EQ(ReadFile(folder.File(target)), "new");
-  }
-  EXPECT_EQ(FilesIn(folder.File("data")), (Names{"created", "old"}));
-  for (const char* link : {"link", "second", "dangling"})
-    EXPECT_TRUE(fs::is_symlink(folder.File(link))) << link;
+  AtomicWrite(folder.File("second"), "new");
+  EXPECT_EQ(ReadFile(folder.File("data/created")), "new");
+  EXPECT_EQ(FilesIn(folder.File("data")), Names{"created"});
+  EXPECT_TRUE(fs::is_symlink(folder.File("link")) && fs::is_symlink(folder.File("second")));
 }
 
 TEST(AtomicWrite, WritesToDevicesWithoutReplacingThem) {

@@ -49,7 +49,6 @@ TEST(WorldCoordinates, ASpectrumKeepsOnlyAScaleOfWavelengths) {
       {{"CRVAL1  = 4000"}, true},
       {{"CD1_1   = 2", "CTYPE1  = 'LINEAR  '"}, true},
       {{"CRVAL1  = 4000", "CTYPE1  = 'WAVE-LOG'"}, true},
-      {{"CRVAL1  = 4000", "CTYPE1  = 'AWAV'"}, true},
       {{"CRVAL1  = 1", "CD1_1   = 1", "CTYPE1  = 'PIXEL   '"}, false},
       {{"CRVAL1  = 12.5", "CTYPE1  = 'RA---TAN'"}, false},
       {{"CRVAL1  = 12.5", "CTYPE1  = 'LAMBDA'", "CTYPE2  = 'DEC--TAN'"}, false},

@@ -69,6 +69,7 @@ NOT_8 = "Sorry, this program does not support 8-bit integer data.  Convert to 16
 NOT_1D = "Hey, this is not a 1-D file!  Please try again."
 NO_TYPE = "Sorry, this program does not support this pixel type.  Convert to 32-bit real."
 NOT_DAO = "Sorry, this program does not support DAO frames other than 16-bit.  Load it as a FITS file."
+NOT_64 = "Sorry, this program does not support 64-bit integer data.  Convert to 32-bit real."
 NO_ENTRY = "Wavelength file 'input' was not loaded: line 2 is not a number followed by a label."
 NO_MASK = "This is not a mask file for this program.  Please try again."
 SUBSCRIPT = error(9, "Subscript out of range.")
@@ -77,11 +78,6 @@ TOO_SHORT = error(62, "Error: Input past end of file.")
 INVALID = error(321, "Error: Invalid file format.")
 NO_QUOTES = error(5, "")
 
-
-def no_type(bits):
-    return f"Sorry, this program does not support {bits} data.  Convert to 32-bit real."
-
-
 NAN, INFINITY = float("nan"), float("inf")
 ODD_BYTES = bytes([0, 0, 0x7F, 0xFF, 0x80, 0, 0xFF, 0xFF]) * 6
 ODD_REALS = packed("f", 1, -2, NAN, INFINITY, -INFINITY, 5e-9, 1e-45, 3e38, 65535, 32768, -0.0, 1.5)
@@ -89,15 +85,12 @@ ODD_DOUBLES = packed("d", 1, -2, NAN, INFINITY, -INFINITY, 5e-9, 5e-324, 1.7e308
 
 SEEDS = [
     ("frame", "integer16", fits(), OK),
-    ("frame", "integer16_odd", fits(16, 4, 6, data=ODD_BYTES), OK),
     ("frame", "unsigned16", fits(16, 4, 6, card("BZERO", "32768."), data=ODD_BYTES), OK),
     ("frame", "unsigned16_other_zero", fits(16, 4, 6, card("BZERO", "-1.5E0"), data=ODD_BYTES), OK),
     ("frame", "integer32", fits(32, 4, 3, data=ODD_BYTES), OK),
     ("frame", "real32", fits(-32, 4, 3, data=ODD_REALS), OK),
     ("frame", "real64", fits(-64, 4, 3, data=ODD_DOUBLES), OK),
     ("frame", "scaled", fits(16, 4, 3, card("BSCALE", "2.5")), OK),
-    ("frame", "cards35", header(*filled(35)) + bytes(24), OK),
-    ("frame", "cards36", header(*filled(36)) + bytes(24), OK),
     ("frame", "cards35_third_record_missing", header(*filled(71)) + bytes(23), TOO_SHORT),
     ("frame", "cards200", header(*filled(200)) + bytes(24), OK),
     ("frame", "cards201", header(*filled(201)) + bytes(24), SUBSCRIPT),
@@ -106,58 +99,39 @@ SEEDS = [
     ("frame", "end_in_the_middle", header(*cards()[:3], "END", *cards()[3:]) + bytes(24), NO_PIXELS),
     ("frame", "end_not_at_a_card", header(*filled(10), end="    END") + bytes(24), NO_END),
     ("frame", "end_with_text", header(*filled(10), end="END     = T") + bytes(24), OK),
-    ("frame", "extend", fits(16, 4, 3, card("EXTEND", "T"), "COMMENT END"), OK),
     ("frame", "carriage_return_before_end", header(*cards(16, 4, 3, "COMMENT \r")) + bytes(24), NO_END),
+    ("frame", "bits64", fits(64), NOT_64),
     ("frame", "bits8", fits(8), NOT_8),
-    ("frame", "bits64", fits(64), no_type("64-bit integer")),
-    ("frame", "bits17", fits(17), no_type("17-bit integer")),
     ("frame", "bits_broken", fits("16.5"), NO_TYPE),
-    ("frame", "bits_last_is_bad", fits(16, 4, 3, card("BITPIX", 8)), NOT_8),
-    ("frame", "bits_absent", header(*cards()[:1], *cards()[2:]) + bytes(24), no_type("0-bit integer")),
     ("frame", "columns0", fits(16, 0), NO_PIXELS),
-    ("frame", "columns_fraction", fits(16, "4.9"), OK),
-    ("frame", "columns_absent", fits(16, None), NO_PIXELS),
-    ("frame", "columns3000", fits(16, 3000, 1, data=bytes(6000)), OK),
     ("frame", "columns3001", fits(16, 3001, 1, data=bytes(6002)), SUBSCRIPT),
-    ("frame", "rows500", fits(16, 1, 500, data=bytes(1000)), OK),
     ("frame", "rows501", fits(16, 1, 501, data=bytes(1002)), SUBSCRIPT),
     ("frame", "data_short_by_one", fits(data=bytes(23)), TOO_SHORT),
     ("frame", "empty", b"", TOO_SHORT),
-    ("frame", "object", fits(16, 4, 3, "OBJECT  = 'HD 12345'"), OK),
     ("frame", "object_latin", fits(16, 4, 3, "OBJECT  = '\xc5ngstr\xf6m \xff'"), OK),
     ("frame", "object_of_one_character", fits(16, 4, 3, "OBJECT  = A"), NO_QUOTES),
     ("frame", "object_no_quotes", fits(16, 4, 3, "OBJECT  = AB"), OK),
-    ("frame", "trimmed", fits(16, 4, 3, card("TRIM", "'[1:4,1:3]'")), OK),
     ("dao", "unsigned", fits(16, 4, 6, data=ODD_BYTES), OK),
     ("dao", "negative_zero_point", fits(16, 4, 6, card("BZERO", "-32768"), data=ODD_BYTES), OK),
-    ("dao", "with_zero_point", fits(16, 4, 6, card("BZERO", "32768"), data=ODD_BYTES), OK),
     ("dao", "real32", fits(-32, 4, 3, data=ODD_REALS), NOT_DAO),
+    ("spectrum", "columns3000", spectrum(columns=3000, data=bytes(6000)), OK),
     ("spectrum", "integer16", spectrum(), OK),
-    ("spectrum", "unsigned16", spectrum(16, card("BZERO", "32768")), OK),
     ("spectrum", "real32", spectrum(-32, columns=12, data=ODD_REALS), OK),
-    ("spectrum", "real64", spectrum(-64, columns=12, data=ODD_DOUBLES), OK),
     ("spectrum", "row1", spectrum(rows=1), OK),
     ("spectrum", "rows2", spectrum(rows=2), NOT_1D),
     ("spectrum", "rows_1_5", spectrum(rows="1.5"), NOT_1D),
-    ("spectrum", "columns3000", spectrum(columns=3000, data=bytes(6000)), OK),
-    ("spectrum", "cards200", header(*filled(200)).replace(b"NAXIS2", b"COMMEN") + bytes(8), OK),
-    ("spectrum", "object_of_one_character", spectrum(16, "OBJECT  = '"), NO_QUOTES),
     ("table", "three", "header\r\n5852.488,Ne I\r\n 6402.248 ,\"Ne, I\"\r\n6965.431,\r\n", OK),
     ("table", "empty", "", "Wavelength file 'input' was not loaded: there are no entries."),
     ("table", "entries1000", "h\n" + "5000.5,a\n" * 1000, OK),
     ("table", "entries1001", "h\n" + "5000.5,a\n" * 1001, "Wavelength file 'input' was not loaded: there are more than 1000 entries."),
     ("table", "latin_name", "h\n5000,\xc5ng \xff\xe9\n", OK),
-    ("table", "no_last_line_end", "h\n5000,Ne", OK),
-    ("table", "old_line_ends", "h\r5000,Ne\r5001,Ar\r", OK),
     ("table", "no_label", "h\n5000\n", NO_ENTRY),
     ("table", "three_fields", "h\n5000,Ne,I\n", NO_ENTRY),
-    ("table", "open_quote", "h\n5000,\"Ne, I\n", OK),
     ("mask", "one", mask(" 8.25  5000.5 "), OK),
     ("mask", "quoted_title", "\"Mask, of ours\"\n8 5000\n", OK),
     ("mask", "lower_case", "mask\n8,5000\n", NO_MASK),
     ("mask", "byte_order_mark", b"\xef\xbb\xbfMask\n8 5000\n", OK),
     ("mask", "title_only", "Mask\n", TOO_SHORT),
-    ("mask", "empty", "", TOO_SHORT),
     ("mask", "lines50", mask(*[f" {i}.5  5000.123456789 " for i in range(50)]), OK),
     ("mask", "lines51", mask(*[f" {i}.5  5000.123456789 " for i in range(51)]), SUBSCRIPT),
     ("mask", "one_number", mask("8 5000", "9"), INVALID),
@@ -165,10 +139,7 @@ SEEDS = [
     ("mask", "no_number", mask("eight 5000"), INVALID),
     ("settings", "whole", settings(), OK),
     ("settings", "lines10", settings(count=10), TOO_SHORT),
-    ("settings", "empty", "", TOO_SHORT),
-    ("settings", "largest", settings('32767,-32768,"x"', 7), OK),
     ("settings", "too_large", settings('32768,0,"x"', 7), OVERFLOW),
-    ("settings", "rounded", settings('1.5,2.5,"x"', 7), OK),
     ("settings", "no_label", settings("500,500", 7), TOO_SHORT),
     ("settings", "too_many", settings('500,500,"x",1', 7), INVALID),
     ("recipe_text", "byte_order_mark", b"\xef\xbb\xbfcrunch\r\n", OK),

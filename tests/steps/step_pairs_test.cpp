@@ -127,7 +127,7 @@ constexpr Effect effects[] = {
     {"load arc1 arc2.fts", "arc1 slot", "", "folder"},
     {"load arc2 arc1.fts", "arc2 slot", "", "folder arcs"},
     {"load object arc2.fts", "object slot", "", "folder"},
-    {"load mask a.mask", "mask", "", "folder"},
+    {"load mask a.mask", "mask", "arc1.masked arc2.masked", "folder slot arc1.masked arc2.masked"},
     {"fix-column 20", "frame.fixed unsaved", "frame.pixels", "frame"},
     {"trim 2 2 39 11", "marks unsaved", "frame", "frame"},
     {"zap 5 8 9 2", "marks.zap marks.selection unsaved", "row frame.pixels zapped", "frame.pixels row"},
