@@ -35,16 +35,12 @@ TEST_F(ContinuumWindowTest, TakesPointsInManualModeWhichIsKept) {
   AddPoints({20, 60});
   EXPECT_EQ(Marks(window), "R") << "in automatic mode";
   ChooseMode(true);
-  Choose(window, "Combo1", 0);
   AddPoints({20, 60, 118});
-  Click(Qt::RightButton, 35);
-  EXPECT_EQ(Marks(window), "Rooo") << "deleted by a click near to one only";
   Click(Qt::RightButton, 56);
   EXPECT_EQ(Marks(window), "Roo");
   window->close();
   Press("Command6");
   EXPECT_TRUE(Find<QRadioButton>(window, "Option1(1)")->isChecked());
-  EXPECT_EQ(Find<QComboBox>(window, "Combo1")->currentText(), "Polyn. power 4") << "loaded anew";
 }
 
 TEST_F(ContinuumWindowTest, WhatCannotBeDoneIsRefused) {

@@ -64,14 +64,6 @@ TEST_F(HeaderTest, ShowsAPageOfTheCardsAndShrinksAroundFew) {
   EXPECT_TRUE(Cards()->toPlainText().isEmpty() && !Cards()->placeholderText().isEmpty());
 }
 
-TEST_F(HeaderTest, IsLaidOutAgainWhereverItIsScrolled) {
-  OpenWith(200);
-  Bar()->setValue(100);
-  EXPECT_EQ(Seen(), "0-80 .. 0-123");
-  Header()->resize(Header()->width(), Header()->height() - PixelsOf(10 * 194.5));
-  EXPECT_EQ(Seen(), "0-86 .. 0-119") << "the value stays, the page becomes shorter";
-}
-
 TEST_F(HeaderTest, WheelAndKeysScroll) {
   OpenWith(200);
   const int start = Bar()->value(), end = Bar()->maximum();
