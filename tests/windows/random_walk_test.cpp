@@ -26,10 +26,10 @@ class RandomWalk : public Part2Test {
     WriteSpectrum("dark.fts", std::vector<double>(200, -70));
     WriteFile(folder.File("mask.txt"), "Mask\r\n20 5000\r\n60 5041\r\n140 5123\r\n220 5205\r\n300 5287\r\n");
     WriteFile(folder.File("table.txt"), "Table\r\n5020,\"Ne, I\"\r\n5061,Ar\r\n5102,Ne\r\n5390,He\r\n");
-    WriteFile(
-        folder.File("walk.recipe"),
-        "load frame plain.fts\naperture 28 32\nbackground 2 6 36 40 1\ncrunch\nload arc1 lines.fts\n"
-        "load mask mask.txt\nload table table.txt\napply-mask arc1\nfit-deviations arc1 3\nzap 900 1 2\n");
+    WriteFile(folder.File("walk.recipe"),
+              "load frame plain.fts\naperture 28 32\nbackground 2 6 36 40 1\ncrunch\nload arc1 lines.fts\n"
+              "load mask mask.txt\nload table table.txt\napply-mask arc1\nfit-deviations arc1 3\n"
+              "arcs 1\nload object lines.fts\ncorrect\nzap 900 1 2\n");
     platform.fileToOpen = folder.File("walk.recipe");
     platform.fileToSave = folder.File("saved.recipe");
   }
